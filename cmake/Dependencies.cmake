@@ -1,0 +1,18 @@
+# Every third-party library comes from a Debian package; nothing is fetched at build time.
+find_package(Threads REQUIRED)
+pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
+pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
+pkg_check_modules(BULLET REQUIRED IMPORTED_TARGET bullet)
+pkg_check_modules(LUA REQUIRED IMPORTED_TARGET lua5.2)
+pkg_check_modules(OPENAL REQUIRED IMPORTED_TARGET openal)
+pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
+pkg_check_modules(ASSIMP REQUIRED IMPORTED_TARGET assimp)
+find_path(GLM_INCLUDE_DIR glm/glm.hpp REQUIRED)
+find_path(STB_INCLUDE_DIR stb_image.h PATHS /usr/include/stb REQUIRED)
+
+if(GRINDLE_TESTS)
+  find_package(GTest REQUIRED)
+endif()
+if(GRINDLE_BENCHMARKS)
+  find_package(benchmark REQUIRED)
+endif()

@@ -1,0 +1,79 @@
+#include "Core/Database.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace grindle {
+
+Database::Database(const Database& other)
+    : sName_(other.sName_), pOwner_(other.pOwner_), sPath_(other.sPath_) {
+  for (const Record& record : other.records_) {
+    const uint32_t key = HashValue(record.name);
+    const auto live = other.entries_.find(key);
+    // Only the record that still names the live entry is copied, so the copy lists each name once.
+    if (live == other.entries_.end() || live->second != record.entry) continue;
+    MetaDatabaseEntry* clone = live->second->Clone();
+    records_.push_back({record.name, clone});
+    entries_[key] = clone;
+  }
+}
+
+Database& Database::operator=(const Database& other) {
+  if (this != &other) {
+    Database copy(other);
+    Clear();
+    records_ = std::move(copy.records_);
+    entries_ = std::move(copy.entries_);
+    copy.entries_.clear();
+    sName_ = other.sName_;
+    pOwner_ = other.pOwner_;
+    sPath_ = other.sPath_;
+  }
+  return *this;
+}
+
+Database::~Database() { Clear(); }
+
+void Database::Clear() {
+  for (auto& [key, entry] : entries_) MetaDatabaseEntry::Destroy(entry);
+  entries_.clear();
+  records_.clear();
+}
+
+void Database::Place(std::string_view name, MetaDatabaseEntry* entry) {
+  uint32_t key = HashValue(name);
+  const auto old = entries_.find(key);
+  if (old != entries_.end()) MetaDatabaseEntry::Destroy(old->second);
+  records_.push_back({std::string(name), entry});
+  key = HashValue(name);
+  entries_[key] = entry;
+}
+
+uint32_t Database::GetEntryType(std::string_view name) const {
+  const MetaDatabaseEntry* entry = FindEntry(name);
+  return entry == nullptr ? kTypeNone : entry->TypeCode();
+}
+
+void Database::Remove(uint32_t key) {
+  const auto found = entries_.find(key);
+  if (found == entries_.end()) return;
+  MetaDatabaseEntry* entry = found->second;
+  entries_.erase(found);
+  const auto record = std::find_if(records_.begin(), records_.end(),
+                                   [entry](const Record& r) { return r.entry == entry; });
+  if (record != records_.end()) records_.erase(record);
+  MetaDatabaseEntry::Destroy(entry);
+}
+
+void Database::Print(int depth) const {
+  for (const auto& [key, entry] : entries_) entry->Print(depth);
+}
+
+template <>
+void DatabaseEntry<Database>::Print(int depth) const {
+  Indent(depth);
+  std::printf("Database (%s) =\n", Name().c_str());
+  static_cast<const Database*>(Value())->Print(depth + 1);
+}
+
+}  // namespace grindle

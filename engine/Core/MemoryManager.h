@@ -1,0 +1,117 @@
+// Size-class block pools for the engine's small, frequently made objects (database entries and
+// their values, messages, message arguments). Requests round up to a power of two of at least 4;
+// every class has one MemoryManager, made on first use and kept for the life of the registry.
+// Main thread only: no pool takes a lock. Blocks are 16-byte aligned; each keeps guard bytes after
+// the object that are checked when it is given back.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+namespace grindle {
+
+inline constexpr uint8_t kFreshPaddingPattern = 0xAA;
+inline constexpr uint8_t IN_USE_PATTERN = 0xDA;
+inline constexpr uint8_t kFreedPattern = 0xFE;
+inline constexpr uint32_t kBlocksPerPage = 64;
+inline constexpr uint32_t kBlockAlignment = 16;
+// Pages start with the link to the next page, padded so that the blocks after it stay aligned.
+inline constexpr uint32_t kPageHeaderSize = kBlockAlignment;
+
+// Rounds a request up to its class: 0..4 -> 4, 5..8 -> 8, 9..16 -> 16, ...
+constexpr uint32_t SizeClass(uint32_t size) {
+  uint32_t s = (size < 4 ? 4 : size) - 1;
+  s |= s >> 1;
+  s |= s >> 2;
+  s |= s >> 4;
+  s |= s >> 8;
+  s |= s >> 16;
+  return s + 1;
+}
+
+// Guard bytes after an object of `objectSize`: at least three, and enough that object, guard and
+// flag byte end on a 16-byte boundary.
+constexpr uint32_t PaddingFor(uint32_t objectSize) {
+  uint32_t padding = 3;
+  while ((objectSize + padding + 1) % kBlockAlignment != 0) ++padding;
+  return padding;
+}
+
+class MemoryManager {
+ public:
+  MemoryManager(uint32_t objectSize, uint32_t blocksPerPage, uint32_t initialPages);
+  ~MemoryManager();
+  MemoryManager(const MemoryManager&) = delete;
+  MemoryManager& operator=(const MemoryManager&) = delete;
+
+  void* Allocate();
+  void Free(void* block);
+
+  uint32_t ObjectSize() const { return uObjectSize_; }
+  uint32_t PaddingSize() const { return uPaddingSize_; }
+  uint32_t Stride() const { return uStride_; }
+  uint32_t PageSize() const { return uPageSize_; }
+  uint32_t BlocksInUse() const { return uBlocksInUse_; }
+  const void* FirstPage() const { return pPageList_; }
+  uint32_t PageCount() const;
+
+ private:
+  bool AddPage();
+  uint8_t* FlagByte(void* block) const { return static_cast<uint8_t*>(block) + uObjectSize_ + uPaddingSize_; }
+
+  void* pPageList_ = nullptr;
+  void* pFreeList_ = nullptr;
+  uint32_t uPageSize_;
+  uint32_t uInitialPages_;
+  uint32_t uObjectSize_;
+  uint32_t uPaddingSize_;
+  uint32_t uBlocksPerPage_;
+  uint32_t uStride_;
+  uint32_t uBlocksInUse_ = 0;
+};
+
+// The process-wide map from size class to pool. Classes are powers of two, so the map is an array
+// indexed by the class's bit position: one indexed load finds the pool.
+class MemoryManagerRegistry {
+ public:
+  MemoryManagerRegistry() = default;
+  ~MemoryManagerRegistry();
+  MemoryManagerRegistry(const MemoryManagerRegistry&) = delete;
+  MemoryManagerRegistry& operator=(const MemoryManagerRegistry&) = delete;
+
+  void* Allocate(uint32_t size);
+  void Free(void* block, uint32_t size);
+  // The pool serving `size`, or null when that class was never used.
+  MemoryManager* Find(uint32_t size) const;
+
+ private:
+  static constexpr int kClasses = 33;
+  MemoryManager* pools_[kClasses] = {};
+};
+
+// The registry in force. One is created on first use if start-up has not installed its own.
+MemoryManagerRegistry& CurrentMemoryRegistry();
+void InstallMemoryRegistry(MemoryManagerRegistry* registry);
+
+inline void* Allocate(uint32_t size) { return CurrentMemoryRegistry().Allocate(size); }
+inline void Free(void* block, uint32_t size) { CurrentMemoryRegistry().Free(block, size); }
+
+// Typed wrappers: construct an object in a pooled block, and destroy and return it.
+template <class T, class... Args>
+T* PoolNew(Args&&... args) {
+  static_assert(alignof(T) <= kBlockAlignment, "pool blocks are 16-byte aligned");
+  void* block = Allocate(static_cast<uint32_t>(sizeof(T)));
+  if (block == nullptr) throw std::bad_alloc();
+  return new (block) T(std::forward<Args>(args)...);
+}
+
+template <class T>
+void PoolDelete(T* object) {
+  if (object == nullptr) return;
+  object->~T();
+  Free(object, static_cast<uint32_t>(sizeof(T)));
+}
+
+}  // namespace grindle

@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Core/Database.h"
+#include "Core/WellKnownKeys.h"
+#include "TestOutput.h"
+
+namespace grindle {
+namespace {
+
+TEST(KeyInterner, HandsOutKeysInOrderOfFirstUse) {
+  KeyInterner keys;
+  EXPECT_EQ(keys.HashValue("First"), 7u);
+  EXPECT_EQ(keys.HashValue("Second"), 14u);
+  EXPECT_EQ(keys.HashValue("First"), 7u);
+  EXPECT_EQ(keys.NextOpenHash(), 21);
+  EXPECT_EQ(keys.NameOf(14), "Second");
+  EXPECT_EQ(keys.NameOf(21), "");
+}
+
+TEST(KeyInterner, TheThousandAndFirstNameWrapsToSix) {
+  KeyInterner keys;
+  for (int i = 0; i < 1000; ++i) keys.HashValue("name" + std::to_string(i));
+  EXPECT_EQ(keys.HashValue("name1000"), 6u);
+  EXPECT_EQ(keys.HashValue("name1001"), 13u);
+}
+
+TEST(KeyInterner, WellKnownNamesTakeTheFirstKeysInTableOrder) {
+  KeyInterner keys;
+  for (size_t i = 0; i < kWellKnownKeyCount; ++i) {
+    ASSERT_EQ(keys.HashValue(kWellKnownKeyNames[i]), 7u * (i + 1)) << kWellKnownKeyNames[i];
+  }
+  EXPECT_EQ(kWellKnownKeyCount, 170u);
+  EXPECT_NE(keys.HashValue("ViewX"), keys.HashValue("viewX"));
+  EXPECT_STREQ(kWellKnownKeyNames[static_cast<size_t>(WellKnown::wMinute)], "wMinute");
+}
+
+TEST(KeyInternerDeathTest, TheSevenThousandAndFirstNameCollides) {
+  EXPECT_DEATH(
+      {
+        StdoutToStderr();
+        KeyInterner keys;
+        for (int i = 0; i < 7001; ++i) keys.HashValue("n" + std::to_string(i));
+      },
+      "The expression cReverseLookupTable_\\[nextOpenHash\\] != \"\" failed\\.\n"
+      "In file Core/Database\nAt line 138");
+}
+
+TEST(Database, AddFindAndTypeCodes) {
+  Database db;
+  db.Add<double>("Speed", 2.5);
+  db.Add<int>("Lives", 3);
+  db.Add<std::string>("Title", "Grindle");
+  db.Add<bool>("Flag", true);
+  db.Add<Database>("Child");
+  db.Add<float>("Ratio", 0.5f);
+  db.Add<char>("Letter", 'x');
+  db.Add<unsigned int>("Count", 4u);
+
+  EXPECT_EQ(db.GetEntryType("Speed"), 0u);
+  EXPECT_EQ(db.GetEntryType("Lives"), 1u);
+  EXPECT_EQ(db.GetEntryType("Title"), 2u);
+  EXPECT_EQ(db.GetEntryType("Flag"), 3u);
+  EXPECT_EQ(db.GetEntryType("Child"), 4u);
+  EXPECT_EQ(db.GetEntryType("Ratio"), 6u);
+  EXPECT_EQ(db.GetEntryType("Letter"), 6u);
+  EXPECT_EQ(db.GetEntryType("Count"), 6u);
+  EXPECT_EQ(db.GetEntryType("NeverAdded"), 7u);
+
+  EXPECT_EQ(*db.Find<double>("Speed"), 2.5);
+  EXPECT_EQ(*db.Find<std::string>("Title"), "Grindle");
+  EXPECT_EQ(db.Find<Database>("Child")->Name(), "Child");
+  // A typed lookup of another kind is refused rather than reinterpreted.
+  EXPECT_FALSE(db.Find<int>("Speed"));
+  EXPECT_FALSE(db.Find<double>("NeverAdded"));
+}
+
+TEST(Database, ReAddingReplacesTheEntryAndListsTheNameTwice) {
+  Database db;
+  db.Add<int>("Value", 1);
+  db.Add<std::string>("Value", "two");
+  EXPECT_EQ(db.GetEntryType("Value"), 2u);
+  EXPECT_EQ(*db.Find<std::string>("Value"), "two");
+  ASSERT_EQ(db.Records().size(), 2u);
+  EXPECT_EQ(db.Records()[0].name, "Value");
+  EXPECT_EQ(db.Records()[1].name, "Value");
+  EXPECT_EQ(db.EntryCount(), 1u);
+}
+
+TEST(Database, RemoveForgetsTheEntryButNotTheName) {
+  Database db;
+  db.Add<int>("Gone", 1);
+  db.Add<int>("Kept", 2);
+  const uint32_t key = HashValue("Gone");
+  db.Remove("Gone");
+  EXPECT_EQ(db.GetEntryType("Gone"), 7u);
+  ASSERT_EQ(db.Records().size(), 1u);
+  EXPECT_EQ(db.Records()[0].name, "Kept");
+  EXPECT_EQ(HashValue("Gone"), key);
+  db.Remove("NotThere");
+}
+
+TEST(Database, CopiesAreDeepAndIndependent) {
+  Database source;
+  DataHandle<Database> child = source.Add<Database>("Child");
+  child->Add<double>("X", 1.0);
+  source.Add<std::string>("Name", "original");
+
+  Database copy(source);
+  *copy.Find<Database>("Child")->Find<double>("X") = 9.0;
+  *copy.Find<std::string>("Name") = "changed";
+
+  EXPECT_EQ(*source.Find<Database>("Child")->Find<double>("X"), 1.0);
+  EXPECT_EQ(*source.Find<std::string>("Name"), "original");
+  EXPECT_EQ(*copy.Find<Database>("Child")->Find<double>("X"), 9.0);
+}
+
+TEST(Database, LookupAndInterningAreCounted) {
+  Database db;
+  const DatabaseCounters before = Counters();
+  db.Add<int>("Counted", 1);
+  db.Find<int>(HashValue("Counted"));
+  EXPECT_EQ(Counters().lookups - before.lookups, 1u);
+  EXPECT_EQ(Counters().hashCalls - before.hashCalls, 3u);  // twice in Add, once here
+}
+
+TEST(Database, PrintIndentsNestedDatabasesByTwoSpaces) {
+  Database root;
+  root.Add<Database>("S")->Add<int>("A", 5);
+  EXPECT_EQ(CaptureStdout([&] { root.Print(0); }), "Database (S) =\n  int (A) = 5\n");
+}
+
+TEST(Database, PrintLinesOfEveryKind) {
+  auto printed = [](auto value) {
+    Database db;
+    db.Add<decltype(value)>("N", value);
+    return CaptureStdout([&] { db.Print(1); });
+  };
+  EXPECT_EQ(printed(1.5), "  double (N) = 1.500000\n");
+  EXPECT_EQ(printed(std::string("hi")), "  string (N) = hi\n");
+  EXPECT_EQ(printed(true), "  unknown (N)\n");
+  EXPECT_EQ(printed(2.0f), "  float (N) = 2.000000\n");
+  EXPECT_EQ(printed('q'), "  char (N) = q\n");
+  EXPECT_EQ(printed(7u), "  unknown (N)\n");
+}
+
+TEST(Database, TrackedHandlesAreClearedWhenTheirEntryGoes) {
+  Database db;
+  DataHandle<int> handle = db.Add<int>("Tracked", 1);
+  handle.TrackEntry();
+  EXPECT_TRUE(handle);
+  db.Remove("Tracked");
+  EXPECT_FALSE(handle);
+}
+
+TEST(DatabaseDeathTest, DereferencingANullHandleStops) {
+  Database db;
+  DataHandle<double> missing = db.Find<double>("Missing");
+  EXPECT_DEATH(
+      {
+        StdoutToStderr();
+        (void)*missing;
+      },
+               "DETAILS: Attempt to dereference null data pointer(.|\n)*"
+               "The expression pData_ == NULL failed\\.\nIn file Core/Database\\.h\nAt line 157\n"
+               "Time & Date of occurence: ");
+}
+
+}  // namespace
+}  // namespace grindle
