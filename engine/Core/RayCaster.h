@@ -13,7 +13,8 @@ struct RayHit {
 
 class RayCaster {
  public:
-  virtual RayHit Cast(double x, double y, double z, double toX, double toY, double toZ) = 0;
+  // The direction need not be normalised; the physics system decides the reach.
+  virtual RayHit Cast(double x, double y, double z, double dirX, double dirY, double dirZ) = 0;
 
  protected:
   ~RayCaster() = default;
