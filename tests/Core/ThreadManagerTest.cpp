@@ -1,0 +1,221 @@
+#include "Core/ThreadManager.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace grindle {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Polls until `condition` holds; false after five seconds so that a fault fails instead of hanging.
+template <class F>
+bool Eventually(F&& condition) {
+  auto deadline = std::chrono::steady_clock::now() + 5s;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(1ms);
+  }
+  return true;
+}
+
+// Long enough for an idle worker to have taken a job, had it been able to.
+void GiveWorkersAChance() { std::this_thread::sleep_for(30ms); }
+
+struct Probe {
+  std::atomic<int> runs{0};
+  std::mutex mtxOrder;
+  std::vector<int> order;
+};
+
+struct TaggedJob {
+  Probe* probe;
+  int tag;
+};
+
+uint32_t RecordRun(uintptr_t argument) {
+  auto* job = reinterpret_cast<TaggedJob*>(argument);
+  {
+    std::lock_guard<std::mutex> lock(job->probe->mtxOrder);
+    job->probe->order.push_back(job->tag);
+  }
+  job->probe->runs.fetch_add(1);
+  return 0;
+}
+
+uint32_t ReturnArgument(uintptr_t argument) { return static_cast<uint32_t>(argument); }
+
+// A job that holds its worker until the test opens the gate.
+struct Gate {
+  std::atomic<bool> isStarted{false};
+  std::atomic<bool> isOpen{false};
+  std::atomic<bool> isFinished{false};
+};
+
+uint32_t WaitAtGate(uintptr_t argument) {
+  auto* gate = reinterpret_cast<Gate*>(argument);
+  gate->isStarted.store(true);
+  while (!gate->isOpen.load()) std::this_thread::sleep_for(1ms);
+  gate->isFinished.store(true);
+  return 0;
+}
+
+TEST(BoundedSemaphoreTest, ReleasePastTheMaximumChangesNothing) {
+  BoundedSemaphore semaphore(0, 3);
+  EXPECT_TRUE(semaphore.Release(2));
+  EXPECT_FALSE(semaphore.Release(2));  // all or nothing: 4 > 3, so the count stays 2
+  EXPECT_EQ(semaphore.Count(), 2);
+  EXPECT_TRUE(semaphore.Release(1));
+  EXPECT_FALSE(semaphore.Release(1));
+  EXPECT_EQ(semaphore.Count(), 3);
+  semaphore.Wait();
+  EXPECT_EQ(semaphore.Count(), 2);
+}
+
+TEST(BoundedSemaphoreTest, WaitBlocksUntilAReleaseArrives) {
+  BoundedSemaphore semaphore(0, 1);
+  std::atomic<bool> isThrough{false};
+  std::thread waiter([&] {
+    semaphore.Wait();
+    isThrough.store(true);
+  });
+  GiveWorkersAChance();
+  EXPECT_FALSE(isThrough.load());
+  EXPECT_TRUE(semaphore.Release(1));
+  waiter.join();
+  EXPECT_TRUE(isThrough.load());
+  EXPECT_EQ(semaphore.Count(), 0);
+}
+
+TEST(ThreadManagerTest, PoolWithoutWorkersAcceptsJobsButNeverRunsThem) {
+  Probe probe;
+  TaggedJob job{&probe, 1};
+  {
+    ThreadManager pool(0, 10);
+    EXPECT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
+    EXPECT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
+    GiveWorkersAChance();
+    EXPECT_EQ(pool.QueuedJobCount(), 2u);
+  }
+  EXPECT_EQ(probe.runs.load(), 0);
+}
+
+TEST(ThreadManagerTest, OnlyNonZeroResultsAreRecordedWithTheirFunction) {
+  ThreadManager pool(5, 10);
+  ASSERT_TRUE(pool.AddJob(ReturnArgument, 0));
+  pool.WaitForAllJobs();
+  EXPECT_EQ(pool.ErrorCount(), 0u);
+  EXPECT_TRUE(pool.Errors().empty());
+
+  ASSERT_TRUE(pool.AddJob(ReturnArgument, 7));
+  ASSERT_TRUE(pool.AddJob(ReturnArgument, 0));
+  pool.WaitForAllJobs();
+  ASSERT_EQ(pool.ErrorCount(), 1u);
+  std::vector<JobError> errors = pool.Errors();
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].result, 7u);
+  EXPECT_EQ(errors[0].function, &ReturnArgument);
+}
+
+TEST(ThreadManagerTest, WaitForAllJobsWaitsForTheJobInHand) {
+  ThreadManager pool(5, 10);
+  Gate gate;
+  ASSERT_TRUE(pool.AddJob(WaitAtGate, reinterpret_cast<uintptr_t>(&gate)));
+  ASSERT_TRUE(Eventually([&] { return gate.isStarted.load(); }));
+  EXPECT_EQ(pool.QueuedJobCount(), 0u);  // the list is already empty; only the running job is left
+
+  std::atomic<bool> isWaitOver{false};
+  std::atomic<bool> wasJobFinished{false};
+  std::thread waiter([&] {
+    pool.WaitForAllJobs();
+    wasJobFinished.store(gate.isFinished.load());
+    isWaitOver.store(true);
+  });
+  GiveWorkersAChance();
+  EXPECT_FALSE(isWaitOver.load());
+  gate.isOpen.store(true);
+  waiter.join();
+  EXPECT_TRUE(wasJobFinished.load());
+}
+
+TEST(ThreadManagerTest, JobsBeyondTheLimitWaitForALaterAddJob) {
+  Probe probe;
+  std::vector<TaggedJob> jobs;
+  for (int tag = 0; tag < 4; ++tag) jobs.push_back({&probe, tag});
+  Gate gate;
+  ThreadManager pool(1, 2);
+  ASSERT_TRUE(pool.AddJob(WaitAtGate, reinterpret_cast<uintptr_t>(&gate)));
+  ASSERT_TRUE(Eventually([&] { return gate.isStarted.load(); }));
+
+  // With the only worker busy, three signals are sent but the semaphore holds two.
+  for (int tag = 0; tag < 3; ++tag) pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&jobs[tag]));
+  gate.isOpen.store(true);
+  ASSERT_TRUE(Eventually([&] { return probe.runs.load() == 2; }));
+  GiveWorkersAChance();
+  EXPECT_EQ(probe.runs.load(), 2);
+  EXPECT_EQ(pool.QueuedJobCount(), 1u);
+
+  // The next signal lets the worker take the oldest waiting job, leaving the new one queued.
+  pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&jobs[3]));
+  ASSERT_TRUE(Eventually([&] { return probe.runs.load() == 3; }));
+  GiveWorkersAChance();
+  EXPECT_EQ(pool.QueuedJobCount(), 1u);
+  std::lock_guard<std::mutex> lock(probe.mtxOrder);
+  EXPECT_EQ(probe.order, (std::vector<int>{0, 1, 2}));
+}
+
+// Keeps offering jobs to its own pool until the pool refuses one.
+struct ShutdownWitness {
+  ThreadManager* pool;
+  std::atomic<bool> isStarted{false};
+  std::atomic<bool> wasRefused{false};
+  Probe queued;
+  TaggedJob queuedJob{&queued, 0};
+};
+
+uint32_t AddJobsUntilRefused(uintptr_t argument) {
+  auto* witness = reinterpret_cast<ShutdownWitness*>(argument);
+  witness->isStarted.store(true);
+  auto deadline = std::chrono::steady_clock::now() + 5s;
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (!witness->pool->AddJob(RecordRun, reinterpret_cast<uintptr_t>(&witness->queuedJob))) {
+      witness->wasRefused.store(true);
+      return 0;
+    }
+    std::this_thread::sleep_for(1ms);
+  }
+  return 0;
+}
+
+TEST(ThreadManagerTest, ShutdownRefusesNewJobsAndDropsQueuedOnes) {
+  ShutdownWitness witness;
+  auto pool = std::make_unique<ThreadManager>(1, 1000000);
+  witness.pool = pool.get();
+  ASSERT_TRUE(pool->AddJob(AddJobsUntilRefused, reinterpret_cast<uintptr_t>(&witness)));
+  ASSERT_TRUE(Eventually([&] { return witness.isStarted.load(); }));
+  pool.reset();  // returns once the running job has seen a refusal and ended
+  EXPECT_TRUE(witness.wasRefused.load());
+  EXPECT_EQ(witness.queued.runs.load(), 0);  // its one worker was busy; the queued jobs never ran
+}
+
+TEST(ThreadManagerTest, IdleWorkersEndWhenThePoolIsDestroyed) {
+  // Each pool must be torn down without hanging, including one with more workers than the job
+  // limit, which the shutdown signal alone cannot wake.
+  Probe probe;
+  TaggedJob job{&probe, 0};
+  for (auto [threads, limit] : {std::pair{5, 10}, std::pair{8, 2}, std::pair{1, 1}}) {
+    ThreadManager pool(threads, limit);
+    ASSERT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
+    pool.WaitForAllJobs();
+  }
+  EXPECT_EQ(probe.runs.load(), 3);
+}
+
+}  // namespace
+}  // namespace grindle
