@@ -69,5 +69,25 @@ void BM_MallocFree(benchmark::State& state) {
 }
 BENCHMARK(BM_MallocFree);
 
+// The same pair for one 32-byte class, the common case of entries and arguments.
+void BM_PoolOneSize(benchmark::State& state) {
+  MemoryManagerRegistry registry;
+  for (auto _ : state) {
+    void* block = registry.Allocate(32);
+    benchmark::DoNotOptimize(block);
+    registry.Free(block, 32);
+  }
+}
+BENCHMARK(BM_PoolOneSize);
+
+void BM_MallocOneSize(benchmark::State& state) {
+  for (auto _ : state) {
+    void* block = std::malloc(32);
+    benchmark::DoNotOptimize(block);
+    std::free(block);
+  }
+}
+BENCHMARK(BM_MallocOneSize);
+
 }  // namespace
 }  // namespace grindle

@@ -1,24 +1,49 @@
 #include "Core/MemoryManager.h"
 
 #include <bit>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
 #include "Core/Assert.h"
 
 namespace grindle {
+
+struct BlockTail {
+  uint64_t low;
+  uint64_t high;
+};
+
 namespace {
 
 void*& Link(void* p) { return *static_cast<void**>(p); }
 
-bool ValidatePattern(const char* bytes, uint32_t count, uint8_t pattern) {
-  for (uint32_t i = 0; i < count; ++i) {
-    if (static_cast<uint8_t>(bytes[i]) != pattern) return false;
-  }
-  return true;
+static_assert(std::endian::native == std::endian::little, "block tails are read as words");
+
+uint64_t Repeated(uint8_t pattern) { return 0x0101010101010101ull * pattern; }
+
+// Every block ends in a 16-byte tail: the end of the object (small classes), the guard bytes and
+// the flag byte. Allocate and Free write that tail as two whole words and the guard check reads the
+// same two words back, because a narrower read right after a wide fill stalls the processor on
+// store forwarding and would cost more than the rest of the pool operation together.
+void FillBlock(char* block, uint32_t stride, uint8_t pattern, uint8_t flag) {
+  const uint64_t word = Repeated(pattern);
+  char* tail = block + stride - 16;
+  for (char* p = block; p < tail; p += 8) std::memcpy(p, &word, 8);
+  const uint64_t high = (word & 0x00FFFFFFFFFFFFFFull) | (static_cast<uint64_t>(flag) << 56);
+  std::memcpy(tail, &word, 8);
+  std::memcpy(tail + 8, &high, 8);
 }
 
-int ClassIndex(uint32_t sizeClass) { return std::countr_zero(sizeClass); }
+BlockTail ReadTail(const char* block, uint32_t stride) {
+  BlockTail tail;
+  std::memcpy(&tail.low, block + stride - 16, 8);
+  std::memcpy(&tail.high, block + stride - 8, 8);
+  return tail;
+}
+
+// The bit position of the class that serves `size` (4 -> 2, 8 -> 3, 16 -> 4, ...).
+int ClassIndexFor(uint32_t size) { return size <= 4 ? 2 : std::bit_width(size - 1); }
 
 MemoryManagerRegistry* gInstalledRegistry = nullptr;
 
@@ -31,6 +56,11 @@ MemoryManager::MemoryManager(uint32_t objectSize, uint32_t blocksPerPage, uint32
       uBlocksPerPage_(blocksPerPage),
       uStride_(objectSize + PaddingFor(objectSize) + 1) {
   uPageSize_ = kPageHeaderSize + uStride_ * uBlocksPerPage_;
+  GRINDLE_ASSERT(uPaddingSize_ > 15, "Pool object sizes must be powers of two");
+  // The guard occupies bytes [15 - padding, 15) of the block's 16-byte tail.
+  const uint32_t guardStart = 15 - uPaddingSize_;
+  uGuardMaskLow_ = guardStart >= 8 ? 0 : ~0ull << (guardStart * 8);
+  uGuardMaskHigh_ = 0x00FFFFFFFFFFFFFFull & (guardStart <= 8 ? ~0ull : ~0ull << ((guardStart - 8) * 8));
   for (uint32_t i = 0; i < uInitialPages_; ++i) {
     if (!AddPage()) break;
   }
@@ -70,12 +100,17 @@ bool MemoryManager::AddPage() {
 
 void* MemoryManager::Allocate() {
   if (pFreeList_ == nullptr && !AddPage()) return nullptr;
-  void* block = pFreeList_;
+  char* block = static_cast<char*>(pFreeList_);
   pFreeList_ = Link(block);
-  *FlagByte(block) |= 1;
-  std::memset(block, IN_USE_PATTERN, uObjectSize_ + uPaddingSize_);
+  // Only bit 0 of the flag byte is ever used, so it is written whole rather than read first.
+  FillBlock(block, uStride_, IN_USE_PATTERN, 1);
   ++uBlocksInUse_;
   return block;
+}
+
+bool MemoryManager::ValidatePattern(const BlockTail& tail, uint8_t pattern) const {
+  const uint64_t word = Repeated(pattern);
+  return ((tail.low ^ word) & uGuardMaskLow_) == 0 && ((tail.high ^ word) & uGuardMaskHigh_) == 0;
 }
 
 void MemoryManager::Free(void* block) {
@@ -88,14 +123,15 @@ void MemoryManager::Free(void* block) {
     pageList = static_cast<char*>(Link(pageList));
   }
   GRINDLE_ASSERT(pageList == NULL, "Block to free not found in any pages");
-  GRINDLE_ASSERT(!ValidatePattern(reinterpret_cast<char*>(block) + uObjectSize_, uPaddingSize_,
-                                  IN_USE_PATTERN),
-                 "Padding Corrupted");
+  const BlockTail tail = ReadTail(static_cast<char*>(block), uStride_);
+  GRINDLE_ASSERT_TEXT(!ValidatePattern(tail, IN_USE_PATTERN),
+                      "!ValidatePattern(reinterpret_cast<char*>(block) + uObjectSize_, "
+                      "uPaddingSize_, IN_USE_PATTERN)",
+                      "Padding Corrupted");
 
-  std::memset(block, kFreedPattern, uObjectSize_ + uPaddingSize_);
+  FillBlock(static_cast<char*>(block), uStride_, kFreedPattern, 0);
   Link(block) = pFreeList_;
   pFreeList_ = block;
-  *FlagByte(block) &= static_cast<uint8_t>(~1u);
   --uBlocksInUse_;
 }
 
@@ -104,13 +140,12 @@ MemoryManagerRegistry::~MemoryManagerRegistry() {
 }
 
 MemoryManager* MemoryManagerRegistry::Find(uint32_t size) const {
-  return pools_[ClassIndex(SizeClass(size))];
+  return pools_[ClassIndexFor(size)];
 }
 
 void* MemoryManagerRegistry::Allocate(uint32_t size) {
-  const uint32_t sizeClass = SizeClass(size);
-  MemoryManager*& pool = pools_[ClassIndex(sizeClass)];
-  if (pool == nullptr) pool = new MemoryManager(sizeClass, kBlocksPerPage, 1);
+  MemoryManager*& pool = pools_[ClassIndexFor(size)];
+  if (pool == nullptr) pool = new MemoryManager(SizeClass(size), kBlocksPerPage, 1);
   return pool->Allocate();
 }
 

@@ -39,6 +39,8 @@ constexpr uint32_t PaddingFor(uint32_t objectSize) {
   return padding;
 }
 
+struct BlockTail;
+
 class MemoryManager {
  public:
   MemoryManager(uint32_t objectSize, uint32_t blocksPerPage, uint32_t initialPages);
@@ -59,6 +61,7 @@ class MemoryManager {
 
  private:
   bool AddPage();
+  bool ValidatePattern(const BlockTail& tail, uint8_t pattern) const;
   uint8_t* FlagByte(void* block) const { return static_cast<uint8_t*>(block) + uObjectSize_ + uPaddingSize_; }
 
   void* pPageList_ = nullptr;
@@ -70,6 +73,8 @@ class MemoryManager {
   uint32_t uBlocksPerPage_;
   uint32_t uStride_;
   uint32_t uBlocksInUse_ = 0;
+  uint64_t uGuardMaskLow_ = 0;
+  uint64_t uGuardMaskHigh_ = 0;
 };
 
 // The process-wide map from size class to pool. Classes are powers of two, so the map is an array
