@@ -25,8 +25,6 @@ class Keyboard {
 
   // The frame step: current moves to previous, then the platform's bytes become current.
   void Sample();
-  // The same step with given bytes instead of the platform's (256 of them, as the platform fills).
-  void Sample(const uint8_t (&state)[kKeyCodeCount + 1]);
 
  private:
   // The platform writes 256 bytes; the 256th lands here and is never read.
