@@ -1,0 +1,232 @@
+#include "Core/xmlParser.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec4.hpp>
+
+#include "Core/Database.h"
+#include "Core/MathTypes.h"
+#include "TestOutput.h"
+
+namespace grindle {
+namespace {
+
+namespace fs = std::filesystem;
+
+class XmlParserTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    directory_ = fs::temp_directory_path() /
+                 ("grindle_xml_" + std::to_string(::getpid()) + "_" +
+                  testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(directory_);
+  }
+  void TearDown() override { fs::remove_all(directory_); }
+
+  std::string WriteFile(const std::string& text) {
+    const std::string path = (directory_ / "Level.xml").string();
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+  }
+
+  // Parses `text` as a file into db_ and returns what the parser printed.
+  std::string Parse(const std::string& text) {
+    const std::string path = WriteFile(text);
+    return CaptureStdout([&] { ParseFile(path, db_); });
+  }
+
+  fs::path directory_;
+  Database db_;
+};
+
+TEST_F(XmlParserTest, EveryTypeNameMakesItsEntry) {
+  Parse(
+      "<int name=\"Lives\">3</int>\n"
+      "<float name=\"Speed\">2.5</float>\n"
+      "<double name=\"Mass\">-0.125</double>\n"
+      "<string name=\"Title\">Hello big  world</string>\n"
+      "<vec4 name=\"Position\">1 2 3 4</vec4>\n"
+      "<xmfloat4 name=\"Colour\">0.5 0.25 1 0.75</xmfloat4>\n"
+      "<xmmatrix4 name=\"World\">2 0 0 0 anything</xmmatrix4>\n"
+      "<std::vector name=\"Bones\">1 2 3</std::vector>\n"
+      "<char name=\"Grade\">  B+</char>\n");
+  EXPECT_EQ(*db_.Find<int>("Lives"), 3);
+  EXPECT_FLOAT_EQ(*db_.Find<float>("Speed"), 2.5f);
+  EXPECT_DOUBLE_EQ(*db_.Find<double>("Mass"), -0.125);
+  EXPECT_EQ(*db_.Find<std::string>("Title"), "Hello big  world");
+  const Vector4 position = *db_.Find<Vector4>("Position");
+  EXPECT_EQ(position.x, 1.0f);
+  EXPECT_EQ(position.y, 2.0f);
+  EXPECT_EQ(position.z, 3.0f);
+  EXPECT_EQ(position.w, 0.0f);  // a fourth number is ignored
+  EXPECT_EQ(*db_.Find<glm::vec4>("Colour"), glm::vec4(0.5f, 0.25f, 1.0f, 0.75f));
+  EXPECT_EQ(*db_.Find<glm::mat4>("World"), glm::mat4(1.0f));
+  EXPECT_TRUE(db_.Find<std::vector<glm::mat4>>("Bones")->empty());
+  EXPECT_EQ(*db_.Find<char>("Grade"), 'B');
+  EXPECT_EQ(db_.EntryCount(), 9u);
+}
+
+TEST_F(XmlParserTest, NumbersReadTheirLeadingTextAndOtherwiseGiveZero) {
+  Parse(
+      "<int name=\"Plus\">+4</int><int name=\"Fraction\">3.9</int>"
+      "<int name=\"Word\">three</int><int name=\"Huge\">99999999999</int>"
+      "<double name=\"Empty\"></double><float name=\"Infinite\">inf</float>"
+      "<vec4 name=\"Broken\">1 x 3</vec4><xmfloat4 name=\"Short\">5 6</xmfloat4>"
+      "<double name=\"Exponent\"> 1.5e3 metres</double>");
+  EXPECT_EQ(*db_.Find<int>("Plus"), 4);
+  EXPECT_EQ(*db_.Find<int>("Fraction"), 3);
+  EXPECT_EQ(*db_.Find<int>("Word"), 0);
+  EXPECT_EQ(*db_.Find<int>("Huge"), 0);
+  EXPECT_EQ(*db_.Find<double>("Empty"), 0.0);
+  EXPECT_EQ(*db_.Find<float>("Infinite"), 0.0f);
+  const Vector4 broken = *db_.Find<Vector4>("Broken");
+  EXPECT_EQ(broken.x, 1.0f);
+  EXPECT_EQ(broken.z, 0.0f);  // reading stops at the first bad number
+  EXPECT_EQ(*db_.Find<glm::vec4>("Short"), glm::vec4(5.0f, 6.0f, 0.0f, 0.0f));
+  EXPECT_EQ(*db_.Find<double>("Exponent"), 1500.0);
+}
+
+TEST_F(XmlParserTest, DatabasesNestAndEndTagsCloseByPositionOnly) {
+  Parse(
+      "<Database name=\"Player\">\n"
+      "  <Database name=\"Transform\">\n"
+      "    <vec4 name=\"Position\">1 2 3</vec4>\n"
+      "  </Mesh>\n"
+      "  <int name=\"Lives\">3</float>\n"
+      "</Database>\n"
+      "<int name=\"Score\">10</int>\n");
+  DataHandle<Database> player = db_.Find<Database>("Player");
+  ASSERT_TRUE(player);
+  EXPECT_EQ(player->Name(), "Player");
+  DataHandle<Database> transform = player->Find<Database>("Transform");
+  ASSERT_TRUE(transform);
+  EXPECT_EQ(transform->Find<Vector4>("Position")->y, 2.0f);
+  EXPECT_EQ(transform->EntryCount(), 1u);
+  EXPECT_EQ(*player->Find<int>("Lives"), 3);
+  EXPECT_EQ(*db_.Find<int>("Score"), 10);
+  EXPECT_EQ(db_.EntryCount(), 2u);
+}
+
+TEST_F(XmlParserTest, MalformedStructureBehavesAsTheRecursiveReaderDid) {
+  // A stray end tag at the top ends the parse; what follows stays unread.
+  Parse("<int name=\"A\">1</int></Database><int name=\"B\">2</int>");
+  EXPECT_TRUE(db_.Find<int>("A"));
+  EXPECT_FALSE(db_.Find<int>("B"));
+
+  // A value element missing its end tag: its end-tag read parses on into the same database and
+  // eats the database's end tag, so the next sibling lands inside the database.
+  Database second;
+  const std::string path = WriteFile(
+      "<Database name=\"D\"><int name=\"A\">1<int name=\"B\">2</int></Database>"
+      "<int name=\"C\">3</int></int><int name=\"E\">5</int>");
+  ParseFile(path, second);
+  DataHandle<Database> d = second.Find<Database>("D");
+  ASSERT_TRUE(d);
+  EXPECT_EQ(*d->Find<int>("A"), 1);
+  EXPECT_EQ(*d->Find<int>("B"), 2);
+  EXPECT_EQ(*d->Find<int>("C"), 3);
+  EXPECT_EQ(*second.Find<int>("E"), 5);
+  EXPECT_EQ(second.EntryCount(), 2u);
+}
+
+TEST_F(XmlParserTest, CommentsDropWholeLinesAndLinesAreGluedWithoutSeparator) {
+  Parse(
+      "<int name=\"A\">1</int> <!-- the whole line goes -->\n"
+      "<!-- a comment over\n"
+      "   several lines\n"
+      "ends here --> <int name=\"B\">2</int>\n"
+      "\t  <int name=\"C\">3</int>  \t\n"
+      "\n"
+      "<string name=\"Glued\">Hello\n"
+      "     world</string>\n"
+      "<string name=\"D\">a --> b</string>\r\n"
+      "<string name=\"Windows\">line end</string>\r\n");
+  EXPECT_FALSE(db_.Find<int>("A"));
+  EXPECT_FALSE(db_.Find<int>("B"));
+  EXPECT_EQ(*db_.Find<int>("C"), 3);
+  EXPECT_EQ(*db_.Find<std::string>("Glued"), "Helloworld");
+  EXPECT_EQ(*db_.Find<std::string>("D"), "a --> b");  // outside a comment it is ordinary text
+  EXPECT_EQ(*db_.Find<std::string>("Windows"), "line end");
+}
+
+TEST_F(XmlParserTest, ATagWithoutQuotedNameIsReportedWithItsLine) {
+  const std::string printed = Parse(
+      "<int name=\"A\">1</int>\n"
+      "<!-- skipped -->\n"
+      "<int name=\"B\">2</int>\n"
+      "<int name=C>3</int>\n");
+  EXPECT_NE(printed.find("Level.xml:4: expected a quoted name"), std::string::npos) << printed;
+  EXPECT_TRUE(db_.Find<int>("B"));
+  EXPECT_FALSE(db_.Find<int>("C"));
+}
+
+TEST_F(XmlParserTest, ManyElementsParseWithoutDeepNativeRecursion) {
+  // 10 levels x 100 objects x (1 object + 9 component databases + 9 x 22 values) = 208,000
+  // elements, each level holding the level number in its values. Names repeat so that the key
+  // space lasts, and every level is written under the same name so that each replaces the one
+  // before: the pools then stay small and tearing the result down stays cheap.
+  std::string text;
+  for (int level = 0; level < 10; ++level) {
+    text += "<Database name=\"Level\">\n";
+    for (int object = 0; object < 100; ++object) {
+      text += "<Database name=\"Obj" + std::to_string(object) + "\">\n";
+      for (int component = 0; component < 9; ++component) {
+        text += "  <Database name=\"Component" + std::to_string(component) + "\">\n";
+        for (int value = 0; value < 22; ++value) {
+          text += "    <double name=\"Value" + std::to_string(value) + "\">" +
+                  std::to_string(level * 1000 + object) + "</double>\n";
+        }
+        text += "  </Database>\n";
+      }
+      text += "</Database>\n";
+    }
+    text += "</Database>\n";
+  }
+  Parse(text);
+  ASSERT_EQ(db_.EntryCount(), 1u);
+  DataHandle<Database> lastLevel = db_.Find<Database>("Level");
+  ASSERT_TRUE(lastLevel);
+  ASSERT_EQ(lastLevel->EntryCount(), 100u);
+  for (int object = 0; object < 100; ++object) {
+    DataHandle<Database> objectDb = lastLevel->Find<Database>("Obj" + std::to_string(object));
+    ASSERT_TRUE(objectDb);
+    ASSERT_EQ(objectDb->EntryCount(), 9u);
+    DataHandle<Database> last = objectDb->Find<Database>("Component8");
+    ASSERT_TRUE(last);
+    EXPECT_EQ(last->EntryCount(), 22u);
+    EXPECT_EQ(*last->Find<double>("Value21"), 9000 + object);
+  }
+}
+
+TEST_F(XmlParserTest, MissingFileStops) {
+  // Not under the per-process directory: the death test's child runs as another process.
+  const std::string path = "/nonexistent/Grindle/Nowhere.xml";
+  EXPECT_DEATH(
+      {
+        StdoutToStderr();
+        ParseFile(path, db_);
+      },
+      "DETAILS: Missing File" + path + "(.|\n)*The expression true failed\\.");
+}
+
+TEST_F(XmlParserTest, UnknownTypeStops) {
+  const std::string path = WriteFile(
+      "<?xml version=\"1.0\"?>\n"
+      "<int name=\"A\">1</int>\n");
+  EXPECT_DEATH(
+      {
+        StdoutToStderr();
+        ParseFile(path, db_);
+      },
+      "DETAILS: Error Type in XML(.|\n)*The expression type == ERROR_TYPE failed\\.");
+}
+
+}  // namespace
+}  // namespace grindle
