@@ -1,0 +1,71 @@
+#include "Core/Bootstrapper/CommandLine.h"
+
+#include <charconv>
+#include <cstring>
+
+namespace grindle {
+
+namespace {
+
+bool ParseCount(const char* text, int64_t& value) {
+  const char* end = text + std::strlen(text);
+  const auto [last, status] = std::from_chars(text, end, value);
+  return status == std::errc() && last == end && value >= 0;
+}
+
+}  // namespace
+
+const char* UsageText() {
+  return "usage: grindle [options]\n"
+         "  --frames N          quit after N frames\n"
+         "  --level NAME        first level instead of SplashScreens\n"
+         "  --run-unit-tests    run the built-in unit test drivers at start-up (implies --frames 0\n"
+         "                      unless --frames is given); a failure stops with an assertion\n"
+         "  --dump-database     print the whole database when the frame loop ends\n"
+         "  --workdir DIR       run with DIR as the working directory (the game data folder)\n"
+         "  --screenshot FILE   ask the renderer to save the last frame as a PNG\n"
+         "  --help              this text\n";
+}
+
+bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options, std::string& error) {
+  bool hasFrameLimit = false;
+  for (int i = 1; i < argc; ++i) {
+    const std::string option = argv[i];
+    const bool takesValue = option == "--frames" || option == "--level" ||
+                            option == "--workdir" || option == "--screenshot";
+    if (takesValue && i + 1 >= argc) {
+      error = option + " expects a value";
+      return false;
+    }
+    if (option == "--frames") {
+      if (!ParseCount(argv[++i], options.frameLimit)) {
+        error = std::string("--frames expects a whole number of frames, not '") + argv[i] + "'";
+        return false;
+      }
+      hasFrameLimit = true;
+    } else if (option == "--level") {
+      options.firstLevel = argv[++i];
+    } else if (option == "--workdir") {
+      options.workDir = argv[++i];
+    } else if (option == "--screenshot") {
+      options.screenshotFile = argv[++i];
+    } else if (option == "--run-unit-tests") {
+      options.runUnitTests = true;
+    } else if (option == "--dump-database") {
+      options.dumpDatabase = true;
+    } else if (option == "--help" || option == "-h") {
+      options.showHelp = true;
+    } else {
+      error = "unknown option '" + option + "'";
+      return false;
+    }
+  }
+  if (options.firstLevel.empty()) {
+    error = "--level expects a level name";
+    return false;
+  }
+  if (options.runUnitTests && !hasFrameLimit) options.frameLimit = 0;
+  return true;
+}
+
+}  // namespace grindle

@@ -1,0 +1,26 @@
+// The automation options of the `grindle` binary. With no argument the engine behaves exactly as
+// it always does (first level "SplashScreens", no frame limit, working directory unchanged); each
+// option only adds a limit or an extra step for scripts and tests.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace grindle {
+
+struct EngineOptions {
+  int64_t frameLimit = -1;
+  std::string firstLevel = "SplashScreens";
+  bool runUnitTests = false;
+  bool dumpDatabase = false;
+  std::string workDir;
+  std::string screenshotFile;
+  bool showHelp = false;
+};
+
+// Fills `options`; on a bad argument returns false with `error` naming it and what was expected.
+bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options, std::string& error);
+
+const char* UsageText();
+
+}  // namespace grindle

@@ -1,0 +1,73 @@
+#include "Core/Bootstrapper/FrameLoop.h"
+
+#include <cstdio>
+
+#include "Core/Bootstrapper/GameTimer.h"
+#include "Core/Bootstrapper/LevelManager.h"
+#include "Core/Bootstrapper/MainWindow.h"
+#include "Core/Bootstrapper/RootEntries.h"
+#include "Core/Bootstrapper/SystemList.h"
+#include "Core/MessageHandler.h"
+#include "Core/ResourceManager.h"
+#include "Platform/Clock.h"
+
+namespace grindle {
+
+namespace {
+// Debug keys of the loop itself; the renderer's debug keys are the digits.
+constexpr int kStatisticsKey = 12;
+constexpr int kDatabaseDumpKey = 11;
+}  // namespace
+
+uint32_t FrameSleepMilliseconds(double elapsedSeconds) {
+  const float remaining = kFrameSeconds - static_cast<float>(elapsedSeconds);
+  if (remaining <= 0.0f) return 0;
+  return static_cast<uint32_t>(remaining * 1000.0f);
+}
+
+void FrameLoop::Run(int64_t frameLimit) {
+  GameTimer& timer = *services_.root.Find<GameTimer>(KeyOf(WellKnown::GameTimer));
+  timer.Reset();
+  int64_t frames = 0;
+  bool quit = false;
+  while (!quit) {
+    if (TakeWindowMessage(quit)) continue;
+    if (frameLimit >= 0 && frames >= frameLimit) break;
+    RunFrame(timer);
+    ++frames;
+  }
+}
+
+bool FrameLoop::TakeWindowMessage(bool& quit) {
+  platform::WindowEvent event;
+  if (!platform::PollWindowEvent(event)) return false;
+  quit = services_.window.Procedure(event);
+  if (event.kind == platform::WindowEventKind::kKeyDown) OnFunctionKey(event.functionKey);
+  return true;
+}
+
+void FrameLoop::RunFrame(GameTimer& timer) {
+  timer.Tick();
+  services_.resources.Update();
+  if (statistics_.FrameDone(timer.TotalTime(), services_.messages.TakeHandledCount())) {
+    services_.window.Native().SetTitle(statistics_.Title("Grindle"));
+  }
+  services_.levels.ProcessLevelChange(services_.systems.Systems());
+  services_.messages.Deliver(MessageHandler::kDeliverAll);
+  const double frameTime = timer.DeltaTime();
+  WriteEntry<double>(services_.root, WellKnown::DT, frameTime);
+  services_.systems.UpdateAll(static_cast<float>(frameTime));
+  const uint32_t sleep = FrameSleepMilliseconds(timer.SinceLastTick());
+  if (sleep > 0) platform::SleepMilliseconds(sleep);
+}
+
+void FrameLoop::OnFunctionKey(int functionKey) {
+  if (functionKey == kStatisticsKey) {
+    statistics_.Print();
+  } else if (functionKey == kDatabaseDumpKey) {
+    services_.root.Print(0);
+    std::fflush(stdout);
+  }
+}
+
+}  // namespace grindle

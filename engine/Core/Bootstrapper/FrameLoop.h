@@ -1,0 +1,53 @@
+// The frame loop: one window message per pass, otherwise one frame (tick, hot reload, statistics,
+// level change, message delivery, DT, every system's Update, sleep out the rest of 1/60 s). Main
+// thread only. The loop never looks at `isGamePaused`; pausing is each system's business.
+#pragma once
+
+#include <cstdint>
+
+#include "Core/Bootstrapper/FrameStatistics.h"
+
+namespace grindle {
+
+class Database;
+class GameTimer;
+class LevelManager;
+class MainWindow;
+class MessageHandler;
+class ResourceManager;
+class SystemList;
+
+// The frame budget, as the float the sleep rule computes with.
+inline constexpr float kFrameSeconds = 0.016666668f;
+
+// Whole milliseconds left of the frame budget after `elapsedSeconds`; 0 once the frame ran long.
+uint32_t FrameSleepMilliseconds(double elapsedSeconds);
+
+struct FrameLoopServices {
+  Database& root;
+  MessageHandler& messages;
+  ResourceManager& resources;
+  LevelManager& levels;
+  MainWindow& window;
+  SystemList& systems;
+};
+
+class FrameLoop {
+ public:
+  explicit FrameLoop(const FrameLoopServices& services) : services_(services) {}
+
+  // Runs until the quit message; with a non-negative `frameLimit`, also stops after that many
+  // frames (automation only: the engine itself runs without a limit).
+  void Run(int64_t frameLimit);
+
+ private:
+  // Takes one window message if one waits. Sets `quit` when it was the quit message.
+  bool TakeWindowMessage(bool& quit);
+  void RunFrame(GameTimer& timer);
+  void OnFunctionKey(int functionKey);
+
+  FrameLoopServices services_;
+  FrameStatistics statistics_;
+};
+
+}  // namespace grindle

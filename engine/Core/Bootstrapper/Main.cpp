@@ -1,0 +1,29 @@
+// The `grindle` entry point: reads the automation options, moves to the game data folder when
+// asked, and runs the engine.
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "Core/Bootstrapper/Engine.h"
+
+int main(int argc, char** argv) {
+  grindle::EngineOptions options;
+  std::string error;
+  if (!grindle::ParseCommandLine(argc, argv, options, error)) {
+    std::fprintf(stderr, "grindle: %s\n%s", error.c_str(), grindle::UsageText());
+    return 2;
+  }
+  if (options.showHelp) {
+    std::fputs(grindle::UsageText(), stdout);
+    return 0;
+  }
+  if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0) {
+    std::fprintf(stderr, "grindle: cannot use '%s' as the working directory: %s\n",
+                 options.workDir.c_str(), std::strerror(errno));
+    return 2;
+  }
+  return grindle::RunEngine(options);
+}
