@@ -1,0 +1,71 @@
+// Drives a real InputInterface frame by frame and records what it sends. Keys go into SDL's own
+// key-state array (the one SDL_GetKeyboardState hands out and the platform layer reads); pads are
+// SDL virtual joysticks with an ordinary game-controller mapping, read through SDL's real
+// game-controller path. Main thread only, one harness at a time.
+#pragma once
+
+#include <SDL.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "Core/Database.h"
+#include "Core/MessageHandler.h"
+#include "Input/InputLibraryInterface.h"
+
+namespace grindle::test {
+
+// What one frame sent, by device.
+struct SentPayloads {
+  std::optional<Keyboard> keyboard;
+  std::optional<Mouse> mouse;
+  std::optional<XboxControllerHub> hub;
+};
+
+class InputHarness : public testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // Update then deliver, as one pass of the frame loop does; returns what went out.
+  SentPayloads Frame();
+  void Activate() { Send("WindowActivated"); }
+  void Deactivate() { Send("WindowDeactivated"); }
+  void Send(const char* message);
+
+  static void SetKey(SDL_Scancode scancode, bool down);
+  // Hands a window message to whatever the root holds under MouseInputFunction.
+  void WindowMessage(uint32_t code, uint64_t wParam, int64_t lParam);
+
+  Database root_;
+  MessageHandler handler_;
+  InputInterface input_;
+
+ private:
+  SentPayloads sent_;
+};
+
+// A pad on SDL's virtual joystick driver. Buttons and axes are addressed as the game controller
+// names them; the mapping translates to the joystick's own indices.
+class VirtualPad {
+ public:
+  VirtualPad();
+  ~VirtualPad();
+  VirtualPad(const VirtualPad&) = delete;
+  VirtualPad& operator=(const VirtualPad&) = delete;
+
+  void Press(SDL_GameControllerButton button, bool down = true);
+  void SetAxis(SDL_GameControllerAxis axis, int16_t value);
+  void Unplug();
+
+  int rumbleCalls = 0;
+  uint16_t lowMotor = 0;
+  uint16_t highMotor = 0;
+
+ private:
+  static int Rumble(void* self, Uint16 low, Uint16 high);
+  SDL_Joystick* pJoystick_ = nullptr;
+};
+
+}  // namespace grindle::test
