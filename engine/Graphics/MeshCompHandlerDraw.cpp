@@ -1,0 +1,147 @@
+// The passes of the mesh component handler: lit, glow, shadow casters and debug lines.
+#include <glm/gtc/matrix_inverse.hpp>
+
+#include "Core/Assert.h"
+#include "Core/Database.h"
+#include "Core/WellKnownKeys.h"
+#include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/Effects/InputLayouts.h"
+#include "Graphics/MeshCompHandler.h"
+#include "Graphics/Meshes/MeshDrawInputs.h"
+#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+
+namespace grindle::gfx {
+namespace {
+
+// The debug box's translucent green is in its vertices; the effect's colour only passes it on.
+constexpr glm::vec4 kDebugColour(0.0f, 1.0f, 0.0f, 0.2f);
+
+template <class EffectT, class Tech>
+void DrawPasses(EffectT& effect, Tech technique, const MeshRecord& record) {
+  const TechniqueHandle handle = effect.Tech(technique);
+  for (uint32_t pass = 0; pass < effect.PassCount(handle); ++pass) {
+    effect.ApplyPass(handle, pass);
+    DrawIndexed(record.indexCount, 0, 0);
+  }
+}
+
+}  // namespace
+
+const MeshRecord& MeshCompHandler::BindMesh(const Database& meshComponent) {
+  const int meshIndex = *meshComponent.Find<int>(KeyOf(WellKnown::MeshIndex));
+  GRINDLE_ASSERT(meshIndex < 0, "MeshIndex does not name a mesh of the store");
+  const MeshRecord& record = store_.At(static_cast<uint32_t>(meshIndex));
+  BindVertexBuffer(0, record.vertices, sizeof(GeneratedVertex));
+  BindIndexBuffer(record.indices);
+  return record;
+}
+
+void MeshCompHandler::Draw(bool glowPass, const glm::mat4& viewProj, TextureStore& textures) {
+  const DataHandle<Database> dhCurLevel = FindCurrentLevel();
+  GRINDLE_ASSERT(!dhCurLevel.IsValid(), "Current level not found");
+  const LevelMeshes meshes = FindLevelMeshes(*dhCurLevel);
+  if (meshes.list == nullptr) return;
+  if (glowPass) {
+    DrawGlow(meshes, viewProj, textures);
+  } else {
+    DrawLit(meshes, viewProj, textures);
+  }
+}
+
+void MeshCompHandler::DrawLit(const LevelMeshes& meshes, const glm::mat4& viewProj,
+                              TextureStore& textures) {
+  if (!Effects().basic) return;
+  BasicEffect& effect = *Effects().basic;
+  SetInputLayout(LayoutKind::kMesh);
+  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
+                                                         const Database& mesh) {
+    const MeshRecord& record = BindMesh(mesh);
+    // GLM products read right to left: world x viewProj is viewProj * world.
+    const glm::mat4 world = ReadWorldMatrix(object);
+    effect.SetMatrix(effect.Var(BasicVar::gWorld), world);
+    effect.SetMatrix(effect.Var(BasicVar::gWorldInvTranspose), glm::inverseTranspose(world));
+    effect.SetMatrix(effect.Var(BasicVar::gWorldViewProj), viewProj * world);
+    effect.SetMatrix(effect.Var(BasicVar::gTexTransform), ReadTextureTransform(object));
+
+    const LitTechniqueChoice choice = ChooseLitTechnique(mesh);
+    if (choice.diffuseMap) {
+      effect.SetTexture(effect.Var(BasicVar::gDiffuseMap), textures.Find(*choice.diffuseMap));
+    }
+    if (choice.normalMap) {
+      effect.SetTexture(effect.Var(BasicVar::gNormalMap), textures.Find(*choice.normalMap));
+    }
+    if (choice.specularMap) {
+      effect.SetTexture(effect.Var(BasicVar::gSpecularMap), textures.Find(*choice.specularMap));
+    }
+    const MaterialBlock material = ReadMaterial(object);
+    effect.SetRaw(effect.Var(BasicVar::gMaterial), &material, sizeof(material));
+    effect.SetFloat(effect.Var(BasicVar::gHasShadow), ReadShadowFlag(object));
+    DrawPasses(effect, choice.technique, record);
+  });
+}
+
+void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewProj,
+                               TextureStore& textures) {
+  if (!Effects().glowMap) return;
+  RenderGlowMapEffect& effect = *Effects().glowMap;
+  BasicEffect* basic = Effects().basic.get();
+  const uint32_t textureNameKey = KeyOf(WellKnown::TextureName);
+  SetInputLayout(LayoutKind::kMesh);
+  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
+                                                         const Database& mesh) {
+    const std::optional<glm::vec4> glow = ReadGlowColour(object);
+    if (!glow) return;
+    const MeshRecord& record = BindMesh(mesh);
+    effect.SetMatrix(effect.Var(GlowVar::gWorldViewProj), viewProj * ReadWorldMatrix(object));
+    effect.SetVector(effect.Var(GlowVar::gGlowColor), *glow);
+    if (basic) basic->SetFloat(basic->Var(BasicVar::gHasShadow), ReadShadowFlag(object));
+    // An untextured object glows through the default texture rather than whatever was bound last.
+    const auto textureName = mesh.Find<std::string>(textureNameKey);
+    const GLuint texture = textureName ? textures.Find(*textureName) : textures.DefaultTexture();
+    const TechniqueHandle technique = effect.Tech(GlowTech::D3D10_NonSkinnedTech);
+    for (uint32_t pass = 0; pass < effect.PassCount(technique); ++pass) {
+      effect.SetTexture(effect.Var(GlowVar::gDiffuseMap), texture);
+      effect.ApplyPass(technique, pass);
+      DrawIndexed(record.indexCount, 0, 0);
+    }
+  });
+}
+
+void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
+  const DataHandle<Database> level = FindCurrentLevel();
+  if (!level || !Effects().shadowMap) return;
+  const LevelMeshes meshes = FindLevelMeshes(*level);
+  if (meshes.list == nullptr) return;
+  BuildShadowMapEffect& effect = *Effects().shadowMap;
+  SetInputLayout(LayoutKind::kMesh);
+  effect.SetMatrix(effect.Var(ShadowVar::gViewProj), lightViewProj);
+  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
+                                                         const Database& mesh) {
+    const MeshRecord& record = BindMesh(mesh);
+    const glm::mat4 world = ReadWorldMatrix(object);
+    effect.SetMatrix(effect.Var(ShadowVar::gWorld), world);
+    effect.SetMatrix(effect.Var(ShadowVar::gWorldInvTranspose), glm::inverseTranspose(world));
+    effect.SetMatrix(effect.Var(ShadowVar::gWorldViewProj), lightViewProj * world);
+    effect.SetMatrix(effect.Var(ShadowVar::gTexTransform), ReadTextureTransform(object));
+    DrawPasses(effect, ShadowTech::BuildShadowMapTech, record);
+  });
+}
+
+void MeshCompHandler::DrawDebugLines(const glm::mat4& viewProj) {
+  const DataHandle<Database> level = FindCurrentLevel();
+  if (!level || !Effects().color) return;
+  const LevelMeshes meshes = FindLevelMeshes(*level);
+  if (meshes.list == nullptr) return;
+  ColorEffect& effect = *Effects().color;
+  const MeshRecord& box = store_.DebugMesh();
+  BindVertexBuffer(0, box.vertices, sizeof(DebugVertex));
+  BindIndexBuffer(box.indices);
+  effect.SetVector(effect.Var(ColorVar::gColor), kDebugColour);
+  // The 2 x 2 x 2 box bounds every radius-1 primitive under the object's own transform.
+  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object, const Database&) {
+    effect.SetMatrix(effect.Var(ColorVar::gWVP), viewProj * ReadWorldMatrix(object));
+    DrawPasses(effect, ColorTech::ColorTech, box);
+  });
+}
+
+}  // namespace grindle::gfx
