@@ -1,0 +1,33 @@
+// One game object's body: which object it belongs to (found again by level and object key every
+// time, since levels can be replaced under the physics system), the shape offset read at creation,
+// and the library objects. Owned by the Physics object's list; the collision object is in the world
+// for exactly as long as the record is in the list. Main thread only.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <btBulletDynamicsCommon.h>
+
+namespace grindle {
+
+struct BodyRecord {
+  std::string sName_;
+  std::string sLevel_;
+  uint32_t uLevelKey_ = 0;
+  uint32_t uObjectKey_ = 0;
+  btVector3 vOffset_{0, 0, 0};
+  bool isStatic_ = false;
+  bool isPhantom_ = false;
+
+  // Declared before the object so that the object, which points at them, goes first.
+  std::unique_ptr<btBoxShape> pBox_;
+  std::unique_ptr<btCompoundShape> pPhantomShape_;
+  std::unique_ptr<btCollisionObject> pObject_;
+
+  // Null for a phantom, which is not simulated.
+  btRigidBody* Rigid() const { return btRigidBody::upcast(pObject_.get()); }
+};
+
+}  // namespace grindle

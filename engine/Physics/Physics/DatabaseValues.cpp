@@ -1,0 +1,68 @@
+#include "Physics/Physics/DatabaseValues.h"
+
+#include <glm/glm.hpp>
+
+#include "Core/MathTypes.h"
+
+namespace grindle {
+
+double ReadReal(const Database& db, uint32_t key, double fallback) {
+  if (const DataHandle<double> value = db.Find<double>(key)) return *value;
+  if (const DataHandle<float> value = db.Find<float>(key)) return *value;
+  if (const DataHandle<int> value = db.Find<int>(key)) return *value;
+  return fallback;
+}
+
+bool ReadFlag(const Database& db, uint32_t key) {
+  if (const DataHandle<bool> value = db.Find<bool>(key)) return *value;
+  return ReadReal(db, key, 0.0) != 0.0;
+}
+
+btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallback) {
+  if (const DataHandle<Vector4> value = db.Find<Vector4>(key)) {
+    return btVector3(value->x, value->y, value->z);
+  }
+  if (const DataHandle<glm::vec4> value = db.Find<glm::vec4>(key)) {
+    return btVector3(value->x, value->y, value->z);
+  }
+  if (const DataHandle<glm::vec3> value = db.Find<glm::vec3>(key)) {
+    return btVector3(value->x, value->y, value->z);
+  }
+  return fallback;
+}
+
+void WriteReal(Database& db, WellKnown name, double value) {
+  const uint32_t key = KeyOf(name);
+  if (const DataHandle<double> entry = db.Find<double>(key)) {
+    *entry = value;
+    return;
+  }
+  db.Add<double>(kWellKnownKeyNames[static_cast<size_t>(name)], value);
+}
+
+void WriteRotation(Database& db, const btMatrix3x3& rotation) {
+  DataHandle<glm::mat4> matrix = db.Find<glm::mat4>(KeyOf(WellKnown::Rotation));
+  if (!matrix) matrix = db.Add<glm::mat4>("Rotation", glm::mat4(1.0f));
+  // Row r of the stored matrix is what row vectors multiply, the transpose of Bullet's
+  // column-vector matrix.
+  for (int r = 0; r < 3; ++r) {
+    for (int c = 0; c < 3; ++c) (*matrix)[r][c] = rotation[c][r];
+  }
+}
+
+Database* FindDatabase(const Database& db, uint32_t key) { return db.Find<Database>(key).Get(); }
+
+Database* FindObject(const Database& root, uint32_t levelKey, uint32_t objectKey) {
+  const Database* levels = FindDatabase(root, KeyOf(WellKnown::Levels));
+  const Database* level = levels != nullptr ? FindDatabase(*levels, levelKey) : nullptr;
+  const Database* objects =
+      level != nullptr ? FindDatabase(*level, KeyOf(WellKnown::GameObjects)) : nullptr;
+  return objects != nullptr ? FindDatabase(*objects, objectKey) : nullptr;
+}
+
+std::string_view CurrentLevelName(const Database& root) {
+  const DataHandle<std::string> name = root.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+  return name ? std::string_view(*name) : std::string_view();
+}
+
+}  // namespace grindle

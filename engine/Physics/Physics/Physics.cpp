@@ -1,0 +1,143 @@
+#include "Physics/Physics/Physics.h"
+
+#include <algorithm>
+
+#include "Core/Assert.h"
+#include "Core/WellKnownKeys.h"
+#include "Physics/Physics/BodyBuilder.h"
+#include "Physics/Physics/DatabaseValues.h"
+#include "Physics/Physics/TransformSync.h"
+
+namespace grindle {
+namespace {
+
+Physics* PHYSICS = nullptr;
+
+}  // namespace
+
+Physics::Physics() {
+  GRINDLE_ASSERT_TEXT(PHYSICS != nullptr, "PHYSICS != mNULL", "to much physics");
+  PHYSICS = this;
+}
+
+Physics::~Physics() {
+  RemoveAllBodies();
+  pWorld_.reset();
+  PHYSICS = nullptr;
+}
+
+void Physics::Start(Database& root, MessageHandler& messages) {
+  pRoot_ = &root;
+  pMessages_ = &messages;
+  if (!pWorld_) pWorld_ = std::make_unique<PhysicsWorld>();
+}
+
+BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::string_view level) {
+  std::unique_ptr<BodyRecord> record = BuildBody(object, name, level, pWorld_->Gravity());
+  if (!record) return nullptr;
+  const auto same = std::find_if(records_.begin(), records_.end(), [&](const auto& other) {
+    return other->uLevelKey_ == record->uLevelKey_ && other->uObjectKey_ == record->uObjectKey_;
+  });
+  if (same != records_.end()) RemoveBody(same->get(), false);
+
+  BodyRecord* added = record.get();
+  FindDatabase(object, KeyOf(WellKnown::Body))->Add<BodyRecord*>("BodyGetBack", added);
+  btDiscreteDynamicsWorld& world = pWorld_->Dynamics();
+  if (btRigidBody* body = added->Rigid()) {
+    world.addRigidBody(body);
+    body->activate(true);
+  } else {
+    // A static power-up, like a static body, ignores other static bodies.
+    const int group = added->isStatic_ ? btBroadphaseProxy::StaticFilter
+                                       : btBroadphaseProxy::DefaultFilter;
+    const int mask = added->isStatic_ ? btBroadphaseProxy::AllFilter ^ btBroadphaseProxy::StaticFilter
+                                      : btBroadphaseProxy::AllFilter;
+    world.addCollisionObject(added->pObject_.get(), group, mask);
+  }
+  records_.push_back(std::move(record));
+  return added;
+}
+
+void Physics::RemoveBody(BodyRecord* record, bool reportEnds) {
+  const auto found = std::find_if(records_.begin(), records_.end(),
+                                  [record](const auto& r) { return r.get() == record; });
+  if (found == records_.end()) return;
+  contacts_.Forget(record->pObject_.get(), reportEnds ? &events_ : nullptr);
+  if (reportEnds) SendContacts();
+
+  std::unique_ptr<BodyRecord> owned = std::move(*found);
+  records_.erase(found);
+  if (Database* object = ObjectOf(*owned)) {
+    if (Database* body = FindDatabase(*object, KeyOf(WellKnown::Body))) {
+      body->Remove(KeyOf(WellKnown::BodyGetBack));
+    }
+  }
+  pWorld_->Dynamics().removeCollisionObject(owned->pObject_.get());
+}
+
+void Physics::RemoveAllBodies() {
+  while (!records_.empty()) RemoveBody(records_.back().get(), false);
+  contacts_.Clear();
+}
+
+Database* Physics::ObjectOf(const BodyRecord& record) const {
+  return pRoot_ != nullptr ? FindObject(*pRoot_, record.uLevelKey_, record.uObjectKey_) : nullptr;
+}
+
+BodyRecord* Physics::RecordOf(const Database& object) const {
+  const Database* body = FindDatabase(object, KeyOf(WellKnown::Body));
+  if (body == nullptr) return nullptr;
+  const DataHandle<BodyRecord*> back = body->Find<BodyRecord*>(KeyOf(WellKnown::BodyGetBack));
+  if (!back) return nullptr;
+  // The entry may have been copied along with its object, or outlived its record: only a record
+  // still in the list, and for an object of this name, counts.
+  const BodyRecord* wanted = *back;
+  const auto found = std::find_if(records_.begin(), records_.end(),
+                                  [wanted](const auto& r) { return r.get() == wanted; });
+  if (found == records_.end() || (*found)->sName_ != object.Name()) return nullptr;
+  return found->get();
+}
+
+BodyRecord* Physics::RecordInCurrentLevel(std::string_view name) const {
+  if (pRoot_ == nullptr) return nullptr;
+  const Database* object =
+      FindObject(*pRoot_, HashValue(CurrentLevelName(*pRoot_)), HashValue(name));
+  return object != nullptr ? RecordOf(*object) : nullptr;
+}
+
+const std::string& Physics::NameOf(const btCollisionObject* object) const {
+  static const std::string notFound = kBodyNotFound;
+  for (const auto& record : records_) {
+    if (record->pObject_.get() == object) return record->sName_;
+  }
+  return notFound;
+}
+
+bool Physics::IsPaused() const { return ReadFlag(*pRoot_, KeyOf(WellKnown::isGamePaused)); }
+
+void Physics::Update() {
+  if (!pWorld_ || IsPaused()) return;
+  for (const auto& record : records_) {
+    if (record->isStatic_) continue;
+    if (Database* object = ObjectOf(*record)) PushToBody(*record, *object);
+  }
+  for (int step = 0; step < kStepsPerFrame; ++step) {
+    pWorld_->StepOnce();
+    contacts_.Collect(*pWorld_->Dynamics().getDispatcher(), events_);
+    SendContacts();
+  }
+  for (const auto& record : records_) {
+    if (record->isStatic_) continue;
+    if (Database* object = ObjectOf(*record)) PullFromBody(*record, *object);
+  }
+}
+
+void Physics::SendContacts() {
+  for (const ContactEvent& event : events_) {
+    pMessages_->SendArgs(event.begins ? "CollisionBegin" : "CollisionEnd", NameOf(event.first),
+                         NameOf(event.second));
+  }
+  events_.clear();
+}
+
+}  // namespace grindle
