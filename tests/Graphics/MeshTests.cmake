@@ -1,5 +1,6 @@
 # The mesh component tests; included by this folder's CMakeLists.txt.
 grindle_add_tests(mesh_tests
+  ${CMAKE_CURRENT_LIST_DIR}/MeshCompHandlerTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MeshDrawInputsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MeshPrimitiveTest.cpp
 )
