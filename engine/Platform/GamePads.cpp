@@ -40,7 +40,12 @@ GamePads::GamePads() {
   isAvailable_ = SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) == 0;
   if (!isAvailable_) {
     std::fprintf(stderr, "Game pads unavailable: %s\n", SDL_GetError());
+    return;
   }
+  // Pads are polled, never evented. Their events would crowd the window's queue, which the frame
+  // loop drains one event per pass instead of running a frame.
+  SDL_JoystickEventState(SDL_IGNORE);
+  SDL_GameControllerEventState(SDL_IGNORE);
 }
 
 GamePads::~GamePads() {

@@ -1,7 +1,8 @@
 // The four game-pad user slots over SDL's game controllers, read like XInput: one XInputState per
 // slot, vibration per slot. A pad that appears takes the lowest free slot; a slot frees when its
 // pad goes. Hot-plug is found by comparing SDL's attached joysticks at each Refresh, so no event
-// hook is needed. Main thread only. Joins SDL's game-controller subsystem for its own lifetime.
+// hook is needed (pad events are switched off). Main thread only. Joins SDL's game-controller
+// subsystem for its own lifetime.
 #pragma once
 
 #include <cstdint>

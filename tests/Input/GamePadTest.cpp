@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <memory>
+#include <string>
 
 #include "InputHarness.h"
+#include "Platform/GamePads.h"
 
 namespace grindle::test {
 namespace {
@@ -174,6 +177,37 @@ TEST_F(GamePadFrames, UnpluggedPadKeepsItsLastStateAndANewPadTakesTheLowestFreeS
   EXPECT_FALSE(replugged.hub.value().IsConnected(1));
   third.Press(SDL_CONTROLLER_BUTTON_Y);
   EXPECT_TRUE(Frame().hub.value().IsTriggered(0, kPadY));
+}
+
+TEST(GamePads, MappingsFromAFileSeatAPadSdlDidNotKnow) {
+  ASSERT_EQ(SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER), 0) << SDL_GetError();
+  {
+    platform::GamePads pads;
+    VirtualPad pad(VirtualPad::Mapping::kLeftOut);
+    pads.Refresh();
+    EXPECT_FALSE(pads.IsConnected(0)) << "an unmapped joystick is no pad";
+
+    const std::string path = testing::TempDir() + "gamecontrollerdb.txt";
+    EXPECT_EQ(pads.LoadMappings(path.c_str()), 0) << "no file yet";
+    std::FILE* file = std::fopen(path.c_str(), "w");
+    ASSERT_NE(file, nullptr);
+    // Database files name the platform of every line; lines for other platforms are skipped.
+    std::fprintf(file, "# test pads\n%splatform:%s,\n%splatform:Windows,\n",
+                 pad.MappingLine().c_str(), SDL_GetPlatform(), pad.MappingLine().c_str());
+    std::fclose(file);
+    EXPECT_EQ(pads.LoadMappings(path.c_str()), 1);
+    std::remove(path.c_str());
+
+    pads.Refresh();
+    ASSERT_TRUE(pads.IsConnected(0));
+    pad.Press(SDL_CONTROLLER_BUTTON_X);
+    pads.Refresh();
+    XInputState state;
+    EXPECT_EQ(pads.GetState(0, state), kPadSuccess);
+    EXPECT_EQ(state.Gamepad.wButtons, kPadX);
+    EXPECT_EQ(pads.GetState(1, state), kPadNotConnected);
+  }
+  SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
 }
 
 TEST(PadButtonNames, EveryButtonHasOneNameThatLeadsBack) {

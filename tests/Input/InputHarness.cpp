@@ -15,12 +15,12 @@ constexpr int kButtonCount = SDL_CONTROLLER_BUTTON_DPAD_RIGHT + 1;
 constexpr int kAxisCount = SDL_CONTROLLER_AXIS_MAX;
 
 // Mapping databases key pads by GUID without the name checksum, so the mapping does too.
-std::string MappingFor(int deviceIndex) {
+std::string MappingFor(int deviceIndex, const char* name) {
   SDL_JoystickGUID guid = SDL_JoystickGetDeviceGUID(deviceIndex);
   guid.data[2] = guid.data[3] = 0;
   char text[33];
   SDL_JoystickGetGUIDString(guid, text, sizeof(text));
-  std::string mapping = std::string(text) + ",Grindle Test Pad,";
+  std::string mapping = std::string(text) + "," + name + ",";
   for (int button = 0; button < kButtonCount; ++button) {
     mapping += SDL_GameControllerGetStringForButton(static_cast<SDL_GameControllerButton>(button));
     mapping += ":b" + std::to_string(button) + ",";
@@ -91,19 +91,23 @@ void InputHarness::WindowMessage(uint32_t code, uint64_t wParam, int64_t lParam)
   (*function)->Handle(code, wParam, lParam);
 }
 
-VirtualPad::VirtualPad() {
+VirtualPad::VirtualPad(Mapping mapping) {
   SDL_VirtualJoystickDesc desc{};
   desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
   desc.type = SDL_JOYSTICK_TYPE_UNKNOWN;
   desc.naxes = kAxisCount;
   desc.nbuttons = kButtonCount;
-  desc.name = "Grindle Test Pad";
+  // Virtual pads' GUIDs carry their name, so a pad left out of SDL's mappings is named apart.
+  desc.name = mapping == Mapping::kAdded ? "Grindle Test Pad" : "Grindle File Pad";
   desc.userdata = this;
   desc.Rumble = &VirtualPad::Rumble;
   const int device = SDL_JoystickAttachVirtualEx(&desc);
   EXPECT_GE(device, 0) << SDL_GetError();
-  EXPECT_EQ(SDL_GameControllerAddMapping(MappingFor(device).c_str()) >= 0, true) << SDL_GetError();
-  EXPECT_TRUE(SDL_IsGameController(device));
+  sMapping_ = MappingFor(device, desc.name);
+  if (mapping == Mapping::kAdded) {
+    EXPECT_GE(SDL_GameControllerAddMapping(sMapping_.c_str()), 0) << SDL_GetError();
+    EXPECT_TRUE(SDL_IsGameController(device));
+  }
   pJoystick_ = SDL_JoystickOpen(device);
 }
 

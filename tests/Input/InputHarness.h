@@ -50,7 +50,8 @@ class InputHarness : public testing::Test {
 // names them; the mapping translates to the joystick's own indices.
 class VirtualPad {
  public:
-  VirtualPad();
+  enum class Mapping { kAdded, kLeftOut };
+  explicit VirtualPad(Mapping mapping = Mapping::kAdded);
   ~VirtualPad();
   VirtualPad(const VirtualPad&) = delete;
   VirtualPad& operator=(const VirtualPad&) = delete;
@@ -58,6 +59,8 @@ class VirtualPad {
   void Press(SDL_GameControllerButton button, bool down = true);
   void SetAxis(SDL_GameControllerAxis axis, int16_t value);
   void Unplug();
+  // The mapping line a gamecontrollerdb.txt would hold for this pad.
+  const std::string& MappingLine() const { return sMapping_; }
 
   int rumbleCalls = 0;
   uint16_t lowMotor = 0;
@@ -66,6 +69,7 @@ class VirtualPad {
  private:
   static int Rumble(void* self, Uint16 low, Uint16 high);
   SDL_Joystick* pJoystick_ = nullptr;
+  std::string sMapping_;
 };
 
 }  // namespace grindle::test
