@@ -43,16 +43,16 @@ const std::string& MixPath() {
 }
 const std::string& kConfigured = MixPath();
 
-std::vector<float> ReadLeftChannel(const std::string& path) {
+std::vector<float> ReadStereo(const std::string& path) {
   SF_INFO info{};
   SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+  // No file when the device never reached the wave backend: an empty mix.
   if (file == nullptr) return {};
+  if (info.channels != 2) std::abort();
   std::vector<float> frames(static_cast<size_t>(info.frames * info.channels));
   sf_readf_float(file, frames.data(), info.frames);
   sf_close(file);
-  std::vector<float> left(static_cast<size_t>(info.frames));
-  for (size_t i = 0; i < left.size(); ++i) left[i] = frames[i * static_cast<size_t>(info.channels)];
-  return left;
+  return frames;
 }
 
 }  // namespace
@@ -77,13 +77,26 @@ void WriteTone(const std::string& path, double seconds,
   sf_close(file);
 }
 
-Mix::Mix(std::vector<float> left) : samples_(std::move(left)) {
+Mix::Mix(std::vector<float> interleaved) : samples_(std::move(interleaved)) {
   const size_t window = static_cast<size_t>(kWindow * kRate);
-  for (size_t start = 0; start + window <= samples_.size(); start += window) {
-    double sum = 0.0;
-    for (size_t i = start; i < start + window; ++i) sum += double(samples_[i]) * samples_[i];
-    levels_.push_back(std::sqrt(sum / static_cast<double>(window)));
+  for (size_t start = 0; start + window <= samples_.size() / 2; start += window) {
+    levels_.push_back(std::max(Rms(0, start, start + window), Rms(1, start, start + window)));
   }
+}
+
+double Mix::Rms(size_t channel, size_t firstFrame, size_t lastFrame) const {
+  double sum = 0.0;
+  for (size_t i = firstFrame; i < lastFrame; ++i) {
+    const double sample = samples_[i * 2 + channel];
+    sum += sample * sample;
+  }
+  return lastFrame > firstFrame ? std::sqrt(sum / double(lastFrame - firstFrame)) : 0.0;
+}
+
+std::pair<double, double> Mix::SidesIn(Span span) const {
+  const size_t first = static_cast<size_t>(span.start * kRate);
+  const size_t last = std::min(samples_.size() / 2, static_cast<size_t>(span.end * kRate));
+  return {Rms(0, first, last), Rms(1, first, last)};
 }
 
 std::vector<Span> Mix::AudibleSpans(double threshold, double bridge) const {
@@ -112,8 +125,8 @@ double Mix::LevelIn(Span span) const {
 
 double Mix::PeakIn(Span span) const {
   double peak = 0.0;
-  const size_t last = std::min(samples_.size(), static_cast<size_t>(span.end * kRate));
-  for (size_t i = static_cast<size_t>(span.start * kRate); i < last; ++i) {
+  const size_t last = std::min(samples_.size(), static_cast<size_t>(span.end * kRate) * 2);
+  for (size_t i = static_cast<size_t>(span.start * kRate) * 2; i < last; ++i) {
     peak = std::max(peak, double(std::fabs(samples_[i])));
   }
   return peak;
@@ -172,7 +185,7 @@ Mix AudioRig::Finish() {
   system.Exit();
   system.Unload();
   pAudio_.reset();
-  return Mix(ReadLeftChannel(kConfigured));
+  return Mix(ReadStereo(kConfigured));
 }
 
 void AudioRig::Track(const std::string& name) {

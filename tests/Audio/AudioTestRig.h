@@ -27,20 +27,24 @@ struct Span {
   double Length() const { return end - start; }
 };
 
-// The left channel of the finished mix, as levels per 10 ms window.
+// The finished stereo mix, as levels per 10 ms window (the louder side's RMS).
 class Mix {
  public:
   static constexpr double kWindow = 0.01;
-  explicit Mix(std::vector<float> left);
+  explicit Mix(std::vector<float> interleaved);
 
   // Runs of windows louder than `threshold` (RMS), gaps shorter than `bridge` seconds closed.
   std::vector<Span> AudibleSpans(double threshold = 0.01, double bridge = 0.03) const;
   // Mean RMS over the middle of a span (its edges may hold partial windows).
   double LevelIn(Span span) const;
   double PeakIn(Span span) const;
+  // RMS of the left and of the right channel over the span.
+  std::pair<double, double> SidesIn(Span span) const;
   const std::vector<double>& Levels() const { return levels_; }
 
  private:
+  double Rms(size_t channel, size_t firstFrame, size_t lastFrame) const;
+
   std::vector<float> samples_;
   std::vector<double> levels_;
 };
