@@ -1,0 +1,71 @@
+// The requests that change objects and the AI system's own timers rather than moving bodies:
+// colour, creation from an archetype, destruction, countdowns and the date flag.
+#include <cstdio>
+#include <string>
+
+#include <glm/vec4.hpp>
+
+#include "AI/DataPath.h"
+#include "AI/ScriptRequests.h"
+#include "Core/Database.h"
+#include "Core/MathTypes.h"
+#include "Core/MessageHandler.h"
+#include "Core/WellKnownKeys.h"
+
+namespace grindle {
+
+// The diffuse colour (r, g, b) of the object's Material, in whichever four-float form the level
+// file gave it; alpha is kept. An object without a Material gets one.
+void ScriptRequests::SetColor(MessageArgs args) {
+  const DataHandle<Database> object = ObjectNamed(args);
+  if (!object) return;
+  DataHandle<Database> material = object->Find<Database>(KeyOf(WellKnown::Material));
+  if (!material) material = object->Add<Database>("Material");
+  const float r = static_cast<float>(NumberAt(args, 1));
+  const float g = static_cast<float>(NumberAt(args, 2));
+  const float b = static_cast<float>(NumberAt(args, 3));
+  if (const auto diffuse = material->Find<glm::vec4>(KeyOf(WellKnown::Diffuse))) {
+    *diffuse = glm::vec4(r, g, b, diffuse->w);
+  } else if (const auto vector = material->Find<Vector4>(KeyOf(WellKnown::Diffuse))) {
+    *vector = Vector4{r, g, b, vector->w};
+  } else {
+    material->Add<glm::vec4>("Diffuse", glm::vec4(r, g, b, 1.0f));
+  }
+}
+
+void ScriptRequests::CreateObject(MessageArgs args) {
+  const std::string archetypeName = TextAt(args, 0);
+  const std::string name = TextAt(args, 1);
+  const DataHandle<Database> archetype =
+      ResolveDatabase(root_, "GameObjectArchetypes." + archetypeName);
+  const DataHandle<std::string> level = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+  const DataHandle<Database> objects =
+      level ? ResolveDatabase(root_, "Levels." + *level + ".GameObjects") : DataHandle<Database>{};
+  if (!archetype || !objects) {
+    std::printf("SCR:CreateObject: no archetype \"%s\" or no current level to put it in\n",
+                archetypeName.c_str());
+    return;
+  }
+  // Replacing a live object would pull its data out from under the systems that hold it.
+  if (objects->FindEntry(name) != nullptr) {
+    std::printf("SCR:CreateObject: an object named \"%s\" already exists\n", name.c_str());
+    return;
+  }
+  const DataHandle<Database> copy = objects->Add<Database>(name, *archetype);
+  messages_.SendArgs("msgObjectCreated", copy, name, *level);
+}
+
+void ScriptRequests::DestroyObject(MessageArgs args) { messages_.SendArgs("msgObjectDestroyed", TextAt(args, 0)); }
+
+void ScriptRequests::SetCountdown(MessageArgs args) {
+  const double index = NumberAt(args, 0);
+  if (index < 0.0 || index >= static_cast<double>(kCountdownCount)) {
+    std::printf("SCR:SetCountdown: no countdown %g (there are %zu, from 0)\n", index, kCountdownCount);
+    return;
+  }
+  timers_.countdowns[static_cast<size_t>(index)] = NumberAt(args, 1);
+}
+
+void ScriptRequests::TrackDate(MessageArgs args) { timers_.isDateTracked = NumberAt(args, 0) != 0.0; }
+
+}  // namespace grindle
