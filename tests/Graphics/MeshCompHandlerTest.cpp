@@ -1,17 +1,8 @@
 // Mesh components end to end: a level database built here, "msgLevelObjectCreated" and
 // "msgObjectDestroyed" sent through a real MessageHandler to the handler as the renderer forwards
 // them, the shared store behind a real OpenGL context (SDL offscreen), and the assertions.
-#include <gtest/gtest.h>
+#include "MeshTestLevel.h"
 
-#include <SDL.h>
-
-#include <cstdlib>
-#include <memory>
-
-#include "Core/Database.h"
-#include "Core/MessageHandler.h"
-#include "Core/WellKnownKeys.h"
-#include "Graphics/MeshCompHandler.h"
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "TestOutput.h"
@@ -19,85 +10,7 @@
 namespace grindle::gfx {
 namespace {
 
-// A level with its objects and the handler listening as the renderer does. No GL context: only
-// what runs before a mesh is uploaded may be used without the derived fixture.
-class MeshLevelFixture : public testing::Test {
- protected:
-  static void SetUpTestSuite() { InternWellKnownKeys(); }
-
-  void SetUp() override {
-    meshes_ = std::make_unique<MeshCompHandler>(root_);
-    root_.Add<Database>("Levels");
-    const auto forward = [this](MessageArgs args) {
-      meshes_->AddObject(*args.Get<DataHandle<Database>>(0), *args.Get<std::string>(1));
-    };
-    messages_.Listen("msgLevelObjectCreated", "Renderer", forward);
-    messages_.Listen("msgObjectCreated", "Renderer", forward);
-    messages_.Listen("msgObjectDestroyed", "Renderer",
-                     [this](MessageArgs args) { meshes_->RemoveObject(*args.Get<std::string>(1)); });
-  }
-  void TearDown() override { meshes_.reset(); }
-
-  Database& AddLevel(const std::string& name, bool withMeshList = true) {
-    Database& level = *root_.Find<Database>("Levels")->Add<Database>(name);
-    level.Add<Database>("GameObjects");
-    if (withMeshList) level.Add<Database>("ComponentLists")->Add<Database>("Meshes");
-    root_.Add<std::string>("CurrentLevel", name);
-    return level;
-  }
-
-  static DataHandle<Database> AddObject(Database& level, const std::string& name,
-                                        const char* fileName) {
-    DataHandle<Database> object = level.Find<Database>("GameObjects")->Add<Database>(name);
-    if (fileName != nullptr) {
-      Database& mesh = *object->Add<Database>("Mesh");
-      if (*fileName != '\0') mesh.Add<std::string>("Filename", fileName);
-      mesh.Add<double>("HasTexture", 0.0);
-    }
-    return object;
-  }
-
-  void Announce(DataHandle<Database> object, const std::string& name) {
-    messages_.SendArgs("msgLevelObjectCreated", object, name, *root_.Find<std::string>("CurrentLevel"));
-    messages_.Deliver(MessageHandler::kDeliverAll);
-  }
-
-  static Database& MeshList(Database& level) {
-    return *level.Find<Database>("ComponentLists")->Find<Database>("Meshes");
-  }
-  static int MeshIndexOf(const DataHandle<Database>& object) {
-    return *object->Find<Database>("Mesh")->Find<int>("MeshIndex");
-  }
-
-  Database root_;
-  MessageHandler messages_;
-  std::unique_ptr<MeshCompHandler> meshes_;
-};
-
-// Adds the OpenGL context that uploading meshes needs, once for the suite.
-class MeshCompHandlerTest : public MeshLevelFixture {
- protected:
-  static void SetUpTestSuite() {
-    MeshLevelFixture::SetUpTestSuite();
-    setenv("SDL_VIDEODRIVER", "offscreen", 0);
-    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0) << SDL_GetError();
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 4);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 5);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
-    window_ = SDL_CreateWindow("mesh tests", 0, 0, 64, 64, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
-    ASSERT_NE(window_, nullptr) << SDL_GetError();
-    context_ = SDL_GL_CreateContext(window_);
-    ASSERT_NE(context_, nullptr) << SDL_GetError();
-  }
-  static void TearDownTestSuite() {
-    SDL_GL_DeleteContext(context_);
-    SDL_DestroyWindow(window_);
-    SDL_Quit();
-  }
-
-  static inline SDL_Window* window_ = nullptr;
-  static inline SDL_GLContext context_ = nullptr;
-};
+using MeshCompHandlerTest = MeshGlFixture;
 
 TEST_F(MeshCompHandlerTest, ObjectsNamingOneMeshShareItsRecordAndIndex) {
   Database& level = AddLevel("Arena");
