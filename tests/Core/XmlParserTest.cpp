@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -134,6 +135,83 @@ TEST_F(XmlParserTest, MalformedStructureBehavesAsTheRecursiveReaderDid) {
   EXPECT_EQ(*d->Find<int>("C"), 3);
   EXPECT_EQ(*second.Find<int>("E"), 5);
   EXPECT_EQ(second.EntryCount(), 2u);
+}
+
+// The reader as first written: recursive, erasing from the front of its text. The real reader
+// must leave the same tree and the same unread text for any sequence of well-formed tags, however
+// their end tags are missing, misplaced or extra.
+class RecursiveReader {
+ public:
+  explicit RecursiveReader(std::string text) : text_(std::move(text)) {}
+  const std::string& Remaining() const { return text_; }
+
+  void ParseInto(Database& db) {
+    if (text_.empty()) return;
+    XmlType type = END_TAG;
+    if (text_.compare(0, 2, "</") == 0) {
+      text_.erase(0, text_.find('>') + 1);
+    } else {
+      const size_t space = text_.find(' ');
+      type = XmlTypeOf(text_.substr(1, space - 1));
+      text_.erase(0, space + 1);
+    }
+    if (type == END_TAG) return;
+    const size_t open = text_.find('"');
+    const size_t close = text_.find('"', open + 1);
+    const std::string name = text_.substr(open + 1, close - open - 1);
+    text_.erase(0, close + 2);
+    if (type == XML_DATABASE) {
+      ParseInto(*db.Add<Database>(name));
+    } else {
+      const std::string value = text_.substr(0, text_.find('<'));
+      text_.erase(0, value.size());
+      AddXmlValue(db, type, name, value);
+      ParseInto(db);
+    }
+    if (!text_.empty()) ParseInto(db);
+  }
+
+ private:
+  std::string text_;
+};
+
+// The live entries in listing order, nested databases in braces.
+std::string Describe(const Database& db) {
+  std::string out;
+  for (const Database::Record& record : db.Records()) {
+    if (db.FindEntry(record.name) != record.entry) continue;  // replaced later
+    out += record.name;
+    if (DataHandle<Database> child = db.Find<Database>(record.name)) {
+      out += "{" + Describe(*child) + "}";
+    } else if (DataHandle<int> value = db.Find<int>(record.name)) {
+      out += "=" + std::to_string(*value) + " ";
+    }
+  }
+  return out;
+}
+
+TEST_F(XmlParserTest, AnyTagSequenceReadsAsTheRecursiveReaderReadIt) {
+  const std::vector<std::string> tags = {
+      "<Database name=\"D0\">", "<Database name=\"D1\">", "<int name=\"V0\">1",
+      "<int name=\"V1\">2 ",   "<int name=\"D0\">3",     "</int>",
+      "</Database>",             "</x>"};
+  std::mt19937 random(20261122);
+  for (int trial = 0; trial < 500; ++trial) {
+    std::string text;
+    const int count = 1 + static_cast<int>(random() % 14);
+    for (int i = 0; i < count; ++i) text += tags[random() % tags.size()];
+
+    XmlParser parser;
+    parser.ReadFile(WriteFile(text));
+    Database expected;
+    RecursiveReader reference{std::string(parser.Remaining())};
+    reference.ParseInto(expected);
+
+    Database actual;
+    parser.ParseInto(actual);
+    ASSERT_EQ(Describe(actual), Describe(expected)) << text;
+    ASSERT_EQ(parser.Remaining(), reference.Remaining()) << text;
+  }
 }
 
 TEST_F(XmlParserTest, CommentsDropWholeLinesAndLinesAreGluedWithoutSeparator) {
