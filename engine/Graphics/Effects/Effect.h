@@ -18,7 +18,6 @@
 
 namespace grindle::gfx {
 
-struct EffectSource;
 class EffectProgram;
 
 struct TechniqueHandle {
@@ -76,17 +75,20 @@ class Effect {
 
  private:
   struct VariableRecord;
+  struct ProgramRecord;
   struct PassRecord;
   struct TechniqueRecord;
 
   void Load();
-  void Build(const EffectSource& source);
+  void Build();
   void MarkChanged(VariableRecord& variable);
 
   std::string sFileName_;
   bool isLoaded_ = false;
   std::vector<std::unique_ptr<VariableRecord>> variables_;
   std::vector<std::unique_ptr<TechniqueRecord>> techniques_;
+  // Passes that compile the same stages with the same defines share one program.
+  std::vector<std::unique_ptr<ProgramRecord>> programs_;
   std::vector<GLuint> uniformBuffers_;
 };
 

@@ -7,12 +7,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Graphics/Effects/EffectWrappers.h"
 
 namespace grindle {
 class MessageHandler;
-class Database;
 }  // namespace grindle
 
 namespace grindle::gfx {
@@ -44,15 +44,16 @@ EffectSlots& Effects();
 inline constexpr std::string_view kShaderFolder = "shaders/";
 
 // Creates the start-up wrappers (sprite, sky, draw-quad, fire, explosion, rain), listens to
-// "ResourceReloaded" so that an edited effect file is rebuilt, registers every effect file with the
-// resource manager found under Systems.ResourceManager in `root` (when there is one), then creates
-// the start-up input layouts.
-void LoadStartupShaders(MessageHandler& messages, Database& root);
+// "ResourceReloaded" so that an edited effect file is rebuilt, then creates the start-up layouts.
+void LoadStartupShaders(MessageHandler& messages);
 // Creates the scene wrappers once; sets the flag that the renderer reads to draw the 3D scene.
 void LoadSceneShaders();
 bool SceneShadersLoaded();
 // Releases every wrapper and layout, clears the flag and stops listening.
 void UnloadAllEffects(MessageHandler& messages);
+
+// Every effect file of both sets, as the resource manager names them ("shaders/basic.fx").
+std::vector<std::string> EffectFilePaths();
 
 // Rebuilds whichever wrapper was made from `fileName` (a name as the resource manager reports it);
 // anything that is not an ".fx" file, or an effect not loaded, is left alone. Returns whether a

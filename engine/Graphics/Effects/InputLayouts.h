@@ -33,5 +33,7 @@ bool LayoutExists(LayoutKind kind);
 // Makes the layout current (a layout not created yet binds an empty one so nothing stale draws).
 void SetInputLayout(LayoutKind kind);
 LayoutKind CurrentInputLayout();
+// The GL vertex array object now bound (what buffers are bound into).
+GLuint CurrentLayoutObject();
 
 }  // namespace grindle::gfx

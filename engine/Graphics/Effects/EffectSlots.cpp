@@ -1,0 +1,117 @@
+#include "Graphics/Effects/EffectSlots.h"
+
+#include <functional>
+#include <vector>
+
+#include "Core/Database.h"
+#include "Core/MessageHandler.h"
+#include "Graphics/Effects/InputLayouts.h"
+
+namespace grindle::gfx {
+
+namespace {
+
+constexpr std::string_view kListenerOwner = "EffectSlots";
+
+struct SlotRecord {
+  const char* file;          // within the shader folder
+  bool isStartup;
+  // Creates the wrapper from a path into its slot, replacing what was there.
+  std::function<void(EffectSlots&, std::string)> create;
+  std::function<Effect*(EffectSlots&)> get;
+};
+
+template <class Wrapper>
+SlotRecord Slot(const char* file, bool isStartup, std::unique_ptr<Wrapper> EffectSlots::*member) {
+  return {file, isStartup,
+          [member](EffectSlots& slots, std::string path) {
+            (slots.*member).reset();
+            slots.*member = std::make_unique<Wrapper>(std::move(path));
+          },
+          [member](EffectSlots& slots) -> Effect* { return (slots.*member).get(); }};
+}
+
+// In the order each set creates its wrappers.
+const std::vector<SlotRecord>& SlotTable() {
+  static const std::vector<SlotRecord> table = {
+      Slot("basic.fx", false, &EffectSlots::basic),
+      Slot("color.fx", false, &EffectSlots::color),
+      Slot("BasicSkinned.fx", false, &EffectSlots::normalMap),
+      Slot("ShadowMap.fx", false, &EffectSlots::shadowMap),
+      Slot("BasicInstanced.fx", false, &EffectSlots::instanced),
+      Slot("GlowMap.fx", false, &EffectSlots::glowMap),
+      Slot("ExplosionSmall.fx", false, &EffectSlots::explosionSmall),
+      Slot("ExplosionMine.fx", false, &EffectSlots::explosionMine),
+      Slot("Dust.fx", false, &EffectSlots::dust),
+      Slot("Blink.fx", false, &EffectSlots::blink),
+      Slot("Sprite.fx", true, &EffectSlots::sprite),
+      Slot("sky.fx", true, &EffectSlots::sky),
+      Slot("PostProcessing.fx", true, &EffectSlots::drawQuad),
+      Slot("Fire.fx", true, &EffectSlots::fire),
+      Slot("explosion.fx", true, &EffectSlots::explosion),
+      Slot("Rain.fx", true, &EffectSlots::rain),
+  };
+  return table;
+}
+
+std::string PathOf(const SlotRecord& slot) { return std::string(kShaderFolder) + slot.file; }
+
+void CreateSet(bool isStartup) {
+  for (const SlotRecord& slot : SlotTable()) {
+    if (slot.isStartup == isStartup) slot.create(Effects(), PathOf(slot));
+  }
+}
+
+bool gSceneShadersLoaded = false;
+
+}  // namespace
+
+EffectSlots& Effects() {
+  static EffectSlots slots;
+  return slots;
+}
+
+void LoadStartupShaders(MessageHandler& messages) {
+  messages.Listen("ResourceReloaded", kListenerOwner, [](MessageArgs args) {
+    if (const std::string* name = args.Get<std::string>(0)) ReloadEffectFile(*name);
+  });
+  CreateSet(true);
+  CreateStartupLayouts();
+}
+
+void LoadSceneShaders() {
+  if (gSceneShadersLoaded) return;
+  CreateSet(false);
+  gSceneShadersLoaded = true;
+}
+
+bool SceneShadersLoaded() { return gSceneShadersLoaded; }
+
+void UnloadAllEffects(MessageHandler& messages) {
+  messages.UnListen("ResourceReloaded", kListenerOwner);
+  DestroyLayouts();
+  Effects() = EffectSlots{};
+  gSceneShadersLoaded = false;
+}
+
+std::vector<std::string> EffectFilePaths() {
+  std::vector<std::string> paths;
+  for (const SlotRecord& slot : SlotTable()) paths.push_back(PathOf(slot));
+  return paths;
+}
+
+bool ReloadEffectFile(std::string_view fileName) {
+  const size_t dot = fileName.rfind('.');
+  if (dot == std::string_view::npos || fileName.substr(dot + 1) != "fx") return false;
+  for (const SlotRecord& slot : SlotTable()) {
+    if (PathOf(slot) != fileName || slot.get(Effects()) == nullptr) continue;
+    slot.create(Effects(), std::string(fileName));
+    // Layouts hold no program, but rebuild the set's layouts in case the inputs moved.
+    if (slot.isStartup) CreateStartupLayouts();
+    else CreateSceneLayouts();
+    return true;
+  }
+  return false;
+}
+
+}  // namespace grindle::gfx

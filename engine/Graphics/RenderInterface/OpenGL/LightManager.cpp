@@ -1,0 +1,199 @@
+#include "Graphics/RenderInterface/OpenGL/LightManager.h"
+
+#include <cmath>
+#include <string>
+
+#include <glm/geometric.hpp>
+#include <glm/trigonometric.hpp>
+
+#include "Core/Database.h"
+#include "Core/WellKnownKeys.h"
+#include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/Effects/InputLayouts.h"
+#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Graphics/RenderInterface/OpenGL/MeshPass.h"
+#include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Graphics/RenderInterface/OpenGL/RenderStates.h"
+
+namespace grindle::gfx {
+
+namespace {
+
+// Half the side of the square a directional light's shadow map covers around the focus point.
+constexpr float kDirectionalShadowExtent = 60.0f;
+constexpr float kDirectionalShadowDistance = 200.0f;
+
+glm::vec3 ReadDirection(const Database& light, const glm::vec3& fallback) {
+  return {static_cast<float>(ReadDouble(light, KeyOf(WellKnown::DirectionX), fallback.x)),
+          static_cast<float>(ReadDouble(light, KeyOf(WellKnown::DirectionY), fallback.y)),
+          static_cast<float>(ReadDouble(light, KeyOf(WellKnown::DirectionZ), fallback.z))};
+}
+
+// "Directional"/"Spot" in any case, or 0 / 1.
+bool IsSpotLight(const Database& light) {
+  if (const DataHandle<std::string> type = light.Find<std::string>(KeyOf(WellKnown::type))) {
+    return type->size() == 4 && (type->at(0) == 'S' || type->at(0) == 's');
+  }
+  return ReadDouble(light, KeyOf(WellKnown::type), 0.0) == 1.0;
+}
+
+glm::mat4 ShadowViewProj(const glm::vec3& eye, const glm::vec3& direction, const glm::mat4& projection) {
+  const glm::vec3 up = std::abs(direction.y) > 0.99f ? glm::vec3(0, 0, 1) : glm::vec3(0, 1, 0);
+  return projection * LookAtMatrix(eye, direction, up);
+}
+
+const Database* CurrentGameObjects(const Database& root) {
+  const DataHandle<std::string> current = root.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+  const DataHandle<Database> levels = root.Find<Database>(KeyOf(WellKnown::Levels));
+  if (!current || !levels) return nullptr;
+  const DataHandle<Database> level = levels->Find<Database>(*current);
+  if (!level) return nullptr;
+  return level->Find<Database>(KeyOf(WellKnown::GameObjects)).Get();
+}
+
+}  // namespace
+
+LightManager::LightManager(Database& root)
+    : root_(root), defaults_(DefaultLights()), lights_(defaults_) {
+  for (RenderTarget& map : directionalMaps_) map.Create(kDirectionalShadowSize, kDirectionalShadowSize, false);
+  for (RenderTarget& map : spotMaps_) map.Create(kSpotShadowSize, kSpotShadowSize, false);
+}
+
+void LightManager::AddObject(const Database& object, std::string_view objectName) {
+  if (object.Find<Database>(KeyOf(WellKnown::Light))) lightObjects_.insert(std::string(objectName));
+}
+
+void LightManager::RemoveObject(std::string_view objectName) {
+  lightObjects_.erase(std::string(objectName));
+}
+
+void LightManager::SetTrackedSpotPosition(float x, float z) { trackedSpot_ = glm::vec2(x, z); }
+
+void LightManager::ReadLight(const Database& object, const Database& light, int& nextDirectional,
+                             int& nextSpot) {
+  const auto color = [&](WellKnown key, const glm::vec4& fallback) {
+    return ReadFour(light, KeyOf(key)).value_or(fallback);
+  };
+  if (!IsSpotLight(light)) {
+    if (nextDirectional >= kDirectionalLightCount) return;
+    DirectionalLight& target = lights_.directional[static_cast<size_t>(nextDirectional++)];
+    target.ambient = color(WellKnown::Ambient, target.ambient);
+    target.diffuse = color(WellKnown::Diffuse, target.diffuse);
+    target.specular = color(WellKnown::Specular, target.specular);
+    target.direction = glm::normalize(ReadDirection(light, target.direction));
+    return;
+  }
+  if (nextSpot >= kSpotLightCount) return;
+  SpotLight& target = lights_.spot[static_cast<size_t>(nextSpot++)];
+  target.ambient = color(WellKnown::Ambient, target.ambient);
+  target.diffuse = color(WellKnown::Diffuse, target.diffuse);
+  target.specular = color(WellKnown::Specular, target.specular);
+  target.direction = glm::normalize(ReadDirection(light, target.direction));
+  target.range = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::Range), target.range));
+  target.spot = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotExponent), target.spot));
+  target.innerAngle = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotInnerAngle), target.innerAngle));
+  target.outerAngle = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotOuterAngle), target.outerAngle));
+  if (const auto attenuation = ReadFour(light, KeyOf(WellKnown::Attenuation))) {
+    target.attenuation = glm::vec3(*attenuation);
+  } else {
+    target.attenuation.x = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::Attenuation), target.attenuation.x));
+  }
+  // A spot light sits at its object plus the offset.
+  glm::vec3 position = target.position;
+  if (const DataHandle<Database> transform = object.Find<Database>(KeyOf(WellKnown::Transform))) {
+    position = {static_cast<float>(ReadDouble(*transform, KeyOf(WellKnown::PositionX), 0.0)),
+                static_cast<float>(ReadDouble(*transform, KeyOf(WellKnown::PositionY), 0.0)),
+                static_cast<float>(ReadDouble(*transform, KeyOf(WellKnown::PositionZ), 0.0))};
+  }
+  target.position = position + glm::vec3(
+      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetX), 0.0)),
+      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetY), 0.0)),
+      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetZ), 0.0)));
+}
+
+void LightManager::Update(const glm::vec3& focus) {
+  lights_ = defaults_;
+  int nextDirectional = 0;
+  int nextSpot = 0;
+  if (const Database* objects = CurrentGameObjects(root_)) {
+    for (const std::string& name : lightObjects_) {
+      const DataHandle<Database> object = objects->Find<Database>(name);
+      if (!object) continue;
+      if (const DataHandle<Database> light = object->Find<Database>(KeyOf(WellKnown::Light))) {
+        ReadLight(*object, *light, nextDirectional, nextSpot);
+      }
+    }
+  }
+  if (trackedSpot_) {
+    lights_.spot[0].position.x = trackedSpot_->x;
+    lights_.spot[0].position.z = trackedSpot_->y;
+  }
+  const glm::mat4 directionalProjection =
+      OrthographicMatrix(2.0f * kDirectionalShadowExtent, 2.0f * kDirectionalShadowExtent);
+  for (int i = 0; i < kDirectionalLightCount; ++i) {
+    const glm::vec3 direction = lights_.directional[static_cast<size_t>(i)].direction;
+    directionalViewProj_[static_cast<size_t>(i)] = ShadowViewProj(
+        focus - direction * kDirectionalShadowDistance, direction, directionalProjection);
+  }
+  for (int i = 0; i < kSpotLightCount; ++i) {
+    const SpotLight& spot = lights_.spot[static_cast<size_t>(i)];
+    const float cone = glm::radians(std::min(2.0f * spot.outerAngle, 170.0f));
+    spotViewProj_[static_cast<size_t>(i)] =
+        ShadowViewProj(spot.position, spot.direction, PerspectiveMatrix(cone, 1.0f));
+  }
+}
+
+void LightManager::RenderShadowMaps(MeshPass* meshes) {
+  if (meshes == nullptr || !SceneShadersLoaded()) return;
+  const auto render = [&](RenderTarget& map, const glm::mat4& viewProj) {
+    map.Begin(false);
+    ResetRenderStates();
+    SetRasterizerState(kRasterShadow);
+    meshes->DrawShadowCasters(viewProj);
+    map.End();
+  };
+  for (int i = 0; i < kDirectionalLightCount; ++i) {
+    render(directionalMaps_[static_cast<size_t>(i)], directionalViewProj_[static_cast<size_t>(i)]);
+  }
+  for (int i = 0; i < kSpotLightCount; ++i) {
+    render(spotMaps_[static_cast<size_t>(i)], spotViewProj_[static_cast<size_t>(i)]);
+  }
+  ResetRenderStates();
+}
+
+void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
+  const std::array<float, kDirectionalLightCount> directionalCasts = {1.0f, 1.0f, 1.0f};
+  const std::array<float, kSpotLightCount> spotCasts = {1.0f, 1.0f};
+  const auto upload = [&](auto* effect, auto var) {
+    using Var = decltype(var);
+    if (effect == nullptr) return;
+    effect->SetRaw(effect->Var(Var::gDirLights), lights_.directional.data(), sizeof(lights_.directional));
+    effect->SetRaw(effect->Var(Var::gSpotLights), lights_.spot.data(), sizeof(lights_.spot));
+    effect->SetMatrixArray(effect->Var(Var::gDirShadowTransforms), directionalViewProj_.data(), kDirectionalLightCount);
+    effect->SetMatrixArray(effect->Var(Var::gSpotShadowTransforms), spotViewProj_.data(), kSpotLightCount);
+    for (uint32_t i = 0; i < kDirectionalLightCount; ++i) {
+      effect->SetTexture(effect->Var(Var::gDirShadowMaps), directionalMaps_[i].DepthTexture(), i);
+    }
+    for (uint32_t i = 0; i < kSpotLightCount; ++i) {
+      effect->SetTexture(effect->Var(Var::gSpotShadowMaps), spotMaps_[i].DepthTexture(), i);
+    }
+    effect->SetRaw(effect->Var(Var::gDirFloateans), directionalCasts.data(), sizeof(directionalCasts));
+    effect->SetRaw(effect->Var(Var::gSpotFloateans), spotCasts.data(), sizeof(spotCasts));
+  };
+  upload(Effects().basic.get(), BasicVar{});
+  upload(Effects().normalMap.get(), SkinnedVar{});
+  upload(Effects().instanced.get(), InstancedVar{});
+
+  // The sky belongs to levels that ask for it with an object carrying a `Sky` entry.
+  if (const Database* objects = CurrentGameObjects(root_)) {
+    for (const Database::Record& record : objects->Records()) {
+      const DataHandle<Database> object = objects->Find<Database>(record.name);
+      if (object && object->FindEntry("Sky") != nullptr) {
+        sky_.Draw(eye, viewProj, angles_[0]);
+        break;
+      }
+    }
+  }
+}
+
+}  // namespace grindle::gfx

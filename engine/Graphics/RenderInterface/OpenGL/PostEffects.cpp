@@ -1,0 +1,84 @@
+#include "Graphics/RenderInterface/OpenGL/PostEffects.h"
+
+#include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
+#include "Graphics/RenderInterface/OpenGL/GpuBuffer.h"
+#include "Graphics/RenderInterface/OpenGL/RenderStates.h"
+
+namespace grindle::gfx {
+
+namespace {
+
+// Strength of last frame's glow in this frame's, which leaves a short trail behind moving glows.
+constexpr float kPreviousGlowWeight = 0.5f;
+
+int Half(int size) { return size > 1 ? size / 2 : 1; }
+
+}  // namespace
+
+void DrawImagePass(QuadTech technique, RenderTarget& target, GLuint source, GLuint second) {
+  DrawQuadEffect* quad = Effects().drawQuad.get();
+  if (quad == nullptr) return;
+  target.Begin(false);
+  ResetRenderStates();
+  SetDepthStencilState(kDepthDisabled);
+  quad->SetTexture(quad->Var(QuadVar::gTexture), source);
+  quad->SetTexture(quad->Var(QuadVar::gTexture2), second);
+  const TechniqueHandle handle = quad->Tech(technique);
+  for (uint32_t pass = 0; pass < quad->PassCount(handle); ++pass) {
+    quad->ApplyPass(handle, pass);
+    DrawIndexed(FullScreenQuad::kIndexCount, 0, 0);
+  }
+  target.End();
+}
+
+RenderTarget* ImagePostEffect::Apply(RenderTarget* input) {
+  DrawImagePass(technique_, target_, input->ColorTexture());
+  return &target_;
+}
+
+void BlurPostEffect::Resize(int width, int height) {
+  horizontal_.Create(Half(width), Half(height), true);
+  vertical_.Create(Half(width), Half(height), true);
+}
+
+RenderTarget* BlurPostEffect::Blur(GLuint source) {
+  DrawImagePass(QuadTech::BlurHorizontalTech, horizontal_, source);
+  DrawImagePass(QuadTech::BlurVerticalTech, vertical_, horizontal_.ColorTexture());
+  return &vertical_;
+}
+
+RenderTarget* BlurPostEffect::Apply(RenderTarget* input) { return Blur(input->ColorTexture()); }
+
+void BloomPostEffect::Resize(int width, int height) {
+  bright_.Create(Half(width), Half(height), true);
+  blur_.Resize(Half(width) * 2, Half(height) * 2);
+  result_.Create(width, height, true);
+}
+
+RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
+  DrawImagePass(QuadTech::BloomTech, bright_, input->ColorTexture());
+  const RenderTarget* blurred = blur_.Blur(bright_.ColorTexture());
+  if (DrawQuadEffect* quad = Effects().drawQuad.get()) quad->SetFloat(quad->Var(QuadVar::gBlendFactor), 1.0f);
+  DrawImagePass(QuadTech::AddTech, result_, input->ColorTexture(), blurred->ColorTexture());
+  return &result_;
+}
+
+void GlowPostEffect::Resize(int width, int height) {
+  mixed_.Create(Half(width), Half(height), true);
+  blur_.Resize(width, height);
+  result_.Create(width, height, true);
+}
+
+RenderTarget* GlowPostEffect::Apply(RenderTarget* input) {
+  DrawQuadEffect* quad = Effects().drawQuad.get();
+  if (quad == nullptr || current_ == nullptr || previous_ == nullptr) return input;
+  quad->SetFloat(quad->Var(QuadVar::gBlendFactor), kPreviousGlowWeight);
+  DrawImagePass(QuadTech::AddTech, mixed_, current_->ColorTexture(), previous_->ColorTexture());
+  const RenderTarget* blurred = blur_.Blur(mixed_.ColorTexture());
+  quad->SetTexture(quad->Var(QuadVar::gGlowTexture), blurred->ColorTexture());
+  DrawImagePass(QuadTech::GlowTech, result_, input->ColorTexture());
+  return &result_;
+}
+
+}  // namespace grindle::gfx

@@ -1,0 +1,73 @@
+// The concrete post effects of the chain, each a few full-screen passes of the draw-quad effect.
+// Main thread, GL context current; only PostProcessChain makes them.
+#pragma once
+
+#include "Graphics/Effects/EffectWrappers.h"
+#include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
+
+namespace grindle::gfx {
+
+// Draws `source` (and `second` as gTexture2 when given) into `target` with one technique.
+void DrawImagePass(QuadTech technique, RenderTarget& target, GLuint source, GLuint second = 0);
+
+// One technique over the whole image (grey scale, sepia, black and white, hue, Sobel, outline).
+class ImagePostEffect final : public IPostEffect {
+ public:
+  ImagePostEffect(const char* name, QuadTech technique) : name_(name), technique_(technique) {}
+  const char* Name() const override { return name_; }
+  void Resize(int width, int height) override { target_.Create(width, height, true); }
+  RenderTarget* Apply(RenderTarget* input) override;
+
+ private:
+  const char* name_;
+  QuadTech technique_;
+  RenderTarget target_;
+};
+
+// A separable blur at half resolution: horizontal then vertical.
+class BlurPostEffect final : public IPostEffect {
+ public:
+  const char* Name() const override { return "Blur"; }
+  void Resize(int width, int height) override;
+  RenderTarget* Apply(RenderTarget* input) override;
+  RenderTarget* Blur(GLuint source);
+
+ private:
+  RenderTarget horizontal_;
+  RenderTarget vertical_;
+};
+
+// Bright parts blurred and added back.
+class BloomPostEffect final : public IPostEffect {
+ public:
+  const char* Name() const override { return "Bloom"; }
+  void Resize(int width, int height) override;
+  RenderTarget* Apply(RenderTarget* input) override;
+
+ private:
+  RenderTarget bright_;
+  BlurPostEffect blur_;
+  RenderTarget result_;
+};
+
+// The glow: this frame's glow target blurred, mixed with the previous frame's for a short trail,
+// and added to the scene.
+class GlowPostEffect final : public IPostEffect {
+ public:
+  const char* Name() const override { return "Glow"; }
+  void Resize(int width, int height) override;
+  RenderTarget* Apply(RenderTarget* input) override;
+  void SetGlowTargets(RenderTarget* current, RenderTarget* previous) {
+    current_ = current;
+    previous_ = previous;
+  }
+
+ private:
+  RenderTarget* current_ = nullptr;
+  RenderTarget* previous_ = nullptr;
+  RenderTarget mixed_;
+  BlurPostEffect blur_;
+  RenderTarget result_;
+};
+
+}  // namespace grindle::gfx

@@ -1,0 +1,51 @@
+// The post-processing chain: the post effects built from the draw-quad effect's techniques, each
+// with its own targets at the render resolution. A fixed list holds every effect (the glow effect
+// third, fed the two glow targets each frame); the ordered list is what the frame runs after the
+// glow, chosen by the game by names from the fixed list. Main thread, GL context current; the
+// full-screen quad and the position-normal-texture layout must be bound when Apply runs.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Graphics/RenderInterface/OpenGL/RenderTarget.h"
+
+namespace grindle::gfx {
+
+class IPostEffect {
+ public:
+  virtual ~IPostEffect() = default;
+  virtual const char* Name() const = 0;
+  virtual void Resize(int width, int height) = 0;
+  // Draws from `input` into the effect's own target and returns that target.
+  virtual RenderTarget* Apply(RenderTarget* input) = 0;
+};
+
+class GlowPostEffect;
+
+class PostProcessChain {
+ public:
+  PostProcessChain();
+  ~PostProcessChain();
+
+  void Resize(int width, int height);
+  // The glow pass of the frame: the scene with this frame's glow and the fading previous one.
+  RenderTarget* ApplyGlow(RenderTarget* scene, RenderTarget* currentGlow, RenderTarget* previousGlow);
+  // Every effect of the ordered list in turn.
+  RenderTarget* ApplyOrdered(RenderTarget* image);
+
+  // Sets the ordered list from comma-separated effect names ("Bloom,Sepia"); names the fixed list
+  // lacks are reported and skipped. An empty text empties the list.
+  void SetOrder(std::string_view names);
+  std::vector<std::string> OrderNames() const;
+  const std::vector<std::unique_ptr<IPostEffect>>& FixedList() const { return fixed_; }
+
+ private:
+  std::vector<std::unique_ptr<IPostEffect>> fixed_;
+  std::vector<IPostEffect*> ordered_;
+  GlowPostEffect* glow_ = nullptr;
+};
+
+}  // namespace grindle::gfx

@@ -1,0 +1,49 @@
+// An off-screen target: an optional colour texture with a full mip chain and a depth texture that
+// shaders can read. Used by the renderer, the light manager (depth only) and the post effects. Main
+// thread, GL context current. Create may be called again to resize; it releases what it had first.
+#pragma once
+
+#include <epoxy/gl.h>
+
+#include <glm/vec4.hpp>
+
+namespace grindle::gfx {
+
+// The colour Begin(true) clears to; set by the menu flow. Transparent black until set, so an
+// overlay nobody draws into leaves the scene visible.
+void SetAlternateClearColor(const glm::vec4& color);
+const glm::vec4& AlternateClearColor();
+
+class RenderTarget {
+ public:
+  RenderTarget() = default;
+  ~RenderTarget();
+  RenderTarget(const RenderTarget&) = delete;
+  RenderTarget& operator=(const RenderTarget&) = delete;
+
+  void Create(int width, int height, bool withColour, GLenum format = GL_RGBA8);
+  // Binds this target alone with its viewport and clears colour (opaque black, or the alternate
+  // colour) and depth (1.0) and stencil (0).
+  void Begin(bool clearAlternate);
+  // Generates the colour mip chain so later passes can sample smaller levels.
+  void End();
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  GLenum Format() const { return format_; }
+  GLuint ColorTexture() const { return colorTexture_; }
+  GLuint DepthTexture() const { return depthTexture_; }
+  GLuint Framebuffer() const { return framebuffer_; }
+
+ private:
+  void Release();
+
+  int width_ = 0;
+  int height_ = 0;
+  GLenum format_ = GL_RGBA8;
+  GLuint colorTexture_ = 0;
+  GLuint depthTexture_ = 0;
+  GLuint framebuffer_ = 0;
+};
+
+}  // namespace grindle::gfx

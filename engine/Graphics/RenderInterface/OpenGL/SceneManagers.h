@@ -1,0 +1,42 @@
+// The managers for models, sprites and text, and particles, at the points where the frame calls
+// them. They draw nothing yet: their content types arrive with a later change, and until then the
+// frame's order and arguments are already fixed here. Main thread; owned by the renderer.
+#pragma once
+
+#include <string_view>
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec3.hpp>
+
+namespace grindle {
+class Database;
+}
+
+namespace grindle::gfx {
+
+class ModelManager {
+ public:
+  void AddObject(const Database& /*object*/, std::string_view /*objectName*/) {}
+  void RemoveObject(std::string_view /*objectName*/) {}
+  void AdvanceAnimation(const glm::mat4& /*viewProj*/, float /*dt*/) {}
+  void Draw(int /*pass*/, const glm::mat4& /*viewProj*/) {}
+};
+
+class SpriteManager {
+ public:
+  void SetLevel(Database& /*level*/) {}
+  void Draw(const glm::mat4& /*viewProj*/, float /*renderWidth*/, float /*renderHeight*/) {}
+};
+
+class ParticleManager {
+ public:
+  void AddObject(const Database& /*object*/, std::string_view /*objectName*/) {}
+  void RemoveObject(std::string_view /*objectName*/) {}
+  void SetEyePosition(const glm::vec3& eye) { eye_ = eye; }
+  void Draw(const glm::mat4& /*viewProj*/, float /*dt*/) {}
+
+ private:
+  glm::vec3 eye_{0.0f};
+};
+
+}  // namespace grindle::gfx
