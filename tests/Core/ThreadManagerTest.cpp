@@ -78,21 +78,6 @@ TEST(BoundedSemaphoreTest, ReleasePastTheMaximumChangesNothing) {
   EXPECT_EQ(semaphore.Count(), 2);
 }
 
-TEST(BoundedSemaphoreTest, WaitBlocksUntilAReleaseArrives) {
-  BoundedSemaphore semaphore(0, 1);
-  std::atomic<bool> isThrough{false};
-  std::thread waiter([&] {
-    semaphore.Wait();
-    isThrough.store(true);
-  });
-  GiveWorkersAChance();
-  EXPECT_FALSE(isThrough.load());
-  EXPECT_TRUE(semaphore.Release(1));
-  waiter.join();
-  EXPECT_TRUE(isThrough.load());
-  EXPECT_EQ(semaphore.Count(), 0);
-}
-
 TEST(ThreadManagerTest, PoolWithoutWorkersAcceptsJobsButNeverRunsThem) {
   Probe probe;
   TaggedJob job{&probe, 1};

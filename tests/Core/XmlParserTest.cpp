@@ -115,28 +115,6 @@ TEST_F(XmlParserTest, DatabasesNestAndEndTagsCloseByPositionOnly) {
   EXPECT_EQ(db_.EntryCount(), 2u);
 }
 
-TEST_F(XmlParserTest, MalformedStructureBehavesAsTheRecursiveReaderDid) {
-  // A stray end tag at the top ends the parse; what follows stays unread.
-  Parse("<int name=\"A\">1</int></Database><int name=\"B\">2</int>");
-  EXPECT_TRUE(db_.Find<int>("A"));
-  EXPECT_FALSE(db_.Find<int>("B"));
-
-  // A value element missing its end tag: its end-tag read parses on into the same database and
-  // eats the database's end tag, so the next sibling lands inside the database.
-  Database second;
-  const std::string path = WriteFile(
-      "<Database name=\"D\"><int name=\"A\">1<int name=\"B\">2</int></Database>"
-      "<int name=\"C\">3</int></int><int name=\"E\">5</int>");
-  ParseFile(path, second);
-  DataHandle<Database> d = second.Find<Database>("D");
-  ASSERT_TRUE(d);
-  EXPECT_EQ(*d->Find<int>("A"), 1);
-  EXPECT_EQ(*d->Find<int>("B"), 2);
-  EXPECT_EQ(*d->Find<int>("C"), 3);
-  EXPECT_EQ(*second.Find<int>("E"), 5);
-  EXPECT_EQ(second.EntryCount(), 2u);
-}
-
 // The reader as first written: recursive, erasing from the front of its text. The real reader
 // must leave the same tree and the same unread text for any sequence of well-formed tags, however
 // their end tags are missing, misplaced or extra.
