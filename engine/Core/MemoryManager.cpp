@@ -1,7 +1,5 @@
 #include "Core/MemoryManager.h"
 
-#include <bit>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -9,41 +7,9 @@
 
 namespace grindle {
 
-struct BlockTail {
-  uint64_t low;
-  uint64_t high;
-};
-
 namespace {
 
-void*& Link(void* p) { return *static_cast<void**>(p); }
-
-static_assert(std::endian::native == std::endian::little, "block tails are read as words");
-
-uint64_t Repeated(uint8_t pattern) { return 0x0101010101010101ull * pattern; }
-
-// Every block ends in a 16-byte tail: the end of the object (small classes), the guard bytes and
-// the flag byte. Allocate and Free write that tail as two whole words and the guard check reads the
-// same two words back, because a narrower read right after a wide fill stalls the processor on
-// store forwarding and would cost more than the rest of the pool operation together.
-void FillBlock(char* block, uint32_t stride, uint8_t pattern, uint8_t flag) {
-  const uint64_t word = Repeated(pattern);
-  char* tail = block + stride - 16;
-  for (char* p = block; p < tail; p += 8) std::memcpy(p, &word, 8);
-  const uint64_t high = (word & 0x00FFFFFFFFFFFFFFull) | (static_cast<uint64_t>(flag) << 56);
-  std::memcpy(tail, &word, 8);
-  std::memcpy(tail + 8, &high, 8);
-}
-
-BlockTail ReadTail(const char* block, uint32_t stride) {
-  BlockTail tail;
-  std::memcpy(&tail.low, block + stride - 16, 8);
-  std::memcpy(&tail.high, block + stride - 8, 8);
-  return tail;
-}
-
-// The bit position of the class that serves `size` (4 -> 2, 8 -> 3, 16 -> 4, ...).
-int ClassIndexFor(uint32_t size) { return size <= 4 ? 2 : std::bit_width(size - 1); }
+using pool::Link;
 
 MemoryManagerRegistry* gInstalledRegistry = nullptr;
 
@@ -98,63 +64,14 @@ bool MemoryManager::AddPage() {
   return true;
 }
 
-void* MemoryManager::Allocate() {
-  if (pFreeList_ == nullptr && !AddPage()) return nullptr;
-  char* block = static_cast<char*>(pFreeList_);
-  pFreeList_ = Link(block);
-  // Only bit 0 of the flag byte is ever used, so it is written whole rather than read first.
-  FillBlock(block, uStride_, IN_USE_PATTERN, 1);
-  ++uBlocksInUse_;
-  return block;
-}
-
-bool MemoryManager::ValidatePattern(const BlockTail& tail, uint8_t pattern) const {
-  const uint64_t word = Repeated(pattern);
-  return ((tail.low ^ word) & uGuardMaskLow_) == 0 && ((tail.high ^ word) & uGuardMaskHigh_) == 0;
-}
-
-void MemoryManager::Free(void* block) {
-  // The upper bound is deliberately four times the page: the first page in list order that passes
-  // this loose test owns the block.
-  char* pageList = static_cast<char*>(pPageList_);
-  const char* target = static_cast<const char*>(block);
-  while (pageList != nullptr &&
-         !(pageList < target && target <= pageList + 4ull * (uPageSize_ - uStride_))) {
-    pageList = static_cast<char*>(Link(pageList));
-  }
-  GRINDLE_ASSERT(pageList == NULL, "Block to free not found in any pages");
-  const BlockTail tail = ReadTail(static_cast<char*>(block), uStride_);
-  GRINDLE_ASSERT_TEXT(!ValidatePattern(tail, IN_USE_PATTERN),
-                      "!ValidatePattern(reinterpret_cast<char*>(block) + uObjectSize_, "
-                      "uPaddingSize_, IN_USE_PATTERN)",
-                      "Padding Corrupted");
-
-  FillBlock(static_cast<char*>(block), uStride_, kFreedPattern, 0);
-  Link(block) = pFreeList_;
-  pFreeList_ = block;
-  --uBlocksInUse_;
-}
-
 MemoryManagerRegistry::~MemoryManagerRegistry() {
   for (MemoryManager* pool : pools_) delete pool;
 }
 
-MemoryManager* MemoryManagerRegistry::Find(uint32_t size) const {
-  return pools_[ClassIndexFor(size)];
-}
-
-void* MemoryManagerRegistry::Allocate(uint32_t size) {
-  MemoryManager*& pool = pools_[ClassIndexFor(size)];
-  if (pool == nullptr) pool = new MemoryManager(SizeClass(size), kBlocksPerPage, 1);
+void* MemoryManagerRegistry::AllocateInNewPool(uint32_t size) {
+  MemoryManager*& pool = pools_[pool::ClassIndexFor(size)];
+  pool = new MemoryManager(SizeClass(size), kBlocksPerPage, 1);
   return pool->Allocate();
-}
-
-void MemoryManagerRegistry::Free(void* block, uint32_t size) {
-  MemoryManager* pool = Find(size);
-  GRINDLE_ASSERT_TEXT(pool == nullptr,
-                      "(uimMemoryManagers_->find(size) == uimMemoryManagers_->end())",
-                      "Memory Manager being freed to does not exist...");
-  pool->Free(block);
 }
 
 MemoryManagerRegistry& CurrentMemoryRegistry() {

@@ -10,6 +10,9 @@
 #include <new>
 #include <utility>
 
+#include "Core/Assert.h"
+#include "Core/PoolBlock.h"
+
 namespace grindle {
 
 inline constexpr uint8_t kFreshPaddingPattern = 0xAA;
@@ -39,8 +42,6 @@ constexpr uint32_t PaddingFor(uint32_t objectSize) {
   return padding;
 }
 
-struct BlockTail;
-
 class MemoryManager {
  public:
   MemoryManager(uint32_t objectSize, uint32_t blocksPerPage, uint32_t initialPages);
@@ -48,8 +49,35 @@ class MemoryManager {
   MemoryManager(const MemoryManager&) = delete;
   MemoryManager& operator=(const MemoryManager&) = delete;
 
-  void* Allocate();
-  void Free(void* block);
+  void* Allocate() {
+    if (pFreeList_ == nullptr && !AddPage()) return nullptr;
+    char* block = static_cast<char*>(pFreeList_);
+    pFreeList_ = pool::Link(block);
+    // Only bit 0 of the flag byte is ever used, so it is written whole rather than read first.
+    pool::FillBlock(block, uStride_, IN_USE_PATTERN, 1);
+    ++uBlocksInUse_;
+    return block;
+  }
+
+  void Free(void* block) {
+    // The upper bound is deliberately four times the page: the first page in list order that
+    // passes this loose test owns the block.
+    char* pageList = static_cast<char*>(pPageList_);
+    const char* target = static_cast<const char*>(block);
+    while (pageList != nullptr &&
+           !(pageList < target && target <= pageList + 4ull * (uPageSize_ - uStride_))) {
+      pageList = static_cast<char*>(pool::Link(pageList));
+    }
+    GRINDLE_ASSERT(pageList == NULL, "Block to free not found in any pages");
+    GRINDLE_ASSERT_TEXT(!ValidatePattern(pool::ReadTail(target, uStride_), IN_USE_PATTERN),
+                        "!ValidatePattern(reinterpret_cast<char*>(block) + uObjectSize_, "
+                        "uPaddingSize_, IN_USE_PATTERN)",
+                        "Padding Corrupted");
+    pool::FillBlock(static_cast<char*>(block), uStride_, kFreedPattern, 0);
+    pool::Link(block) = pFreeList_;
+    pFreeList_ = block;
+    --uBlocksInUse_;
+  }
 
   uint32_t ObjectSize() const { return uObjectSize_; }
   uint32_t PaddingSize() const { return uPaddingSize_; }
@@ -61,8 +89,13 @@ class MemoryManager {
 
  private:
   bool AddPage();
-  bool ValidatePattern(const BlockTail& tail, uint8_t pattern) const;
-  uint8_t* FlagByte(void* block) const { return static_cast<uint8_t*>(block) + uObjectSize_ + uPaddingSize_; }
+  bool ValidatePattern(const pool::BlockTail& tail, uint8_t pattern) const {
+    const uint64_t word = pool::Repeated(pattern);
+    return ((tail.low ^ word) & uGuardMaskLow_) == 0 && ((tail.high ^ word) & uGuardMaskHigh_) == 0;
+  }
+  uint8_t* FlagByte(void* block) const {
+    return static_cast<uint8_t*>(block) + uObjectSize_ + uPaddingSize_;
+  }
 
   void* pPageList_ = nullptr;
   void* pFreeList_ = nullptr;
@@ -86,12 +119,25 @@ class MemoryManagerRegistry {
   MemoryManagerRegistry(const MemoryManagerRegistry&) = delete;
   MemoryManagerRegistry& operator=(const MemoryManagerRegistry&) = delete;
 
-  void* Allocate(uint32_t size);
-  void Free(void* block, uint32_t size);
+  void* Allocate(uint32_t size) {
+    MemoryManager* pool = pools_[pool::ClassIndexFor(size)];
+    return pool != nullptr ? pool->Allocate() : AllocateInNewPool(size);
+  }
+
+  void Free(void* block, uint32_t size) {
+    MemoryManager* pool = Find(size);
+    GRINDLE_ASSERT_TEXT(pool == nullptr,
+                        "(uimMemoryManagers_->find(size) == uimMemoryManagers_->end())",
+                        "Memory Manager being freed to does not exist...");
+    pool->Free(block);
+  }
+
   // The pool serving `size`, or null when that class was never used.
-  MemoryManager* Find(uint32_t size) const;
+  MemoryManager* Find(uint32_t size) const { return pools_[pool::ClassIndexFor(size)]; }
 
  private:
+  void* AllocateInNewPool(uint32_t size);
+
   static constexpr int kClasses = 33;
   MemoryManager* pools_[kClasses] = {};
 };
