@@ -8,9 +8,9 @@ namespace grindle {
 
 ThreadManager::ThreadManager(int threadCount, int jobLimit)
     : iJobLimit_(jobLimit), iThreadCount_(threadCount) {
-  // The pool's synchronisation objects are made one by one so that a failed allocation names the
-  // object it was for.
-  smpJobs_.reset(new (std::nothrow) BoundedSemaphore(0, jobLimit));
+  // The pool's synchronisation objects are made one by one so that a failure names the object it
+  // was for. A semaphore whose maximum is below 1 could never signal a job, so it is not made.
+  if (jobLimit >= 1) smpJobs_.reset(new (std::nothrow) BoundedSemaphore(0, jobLimit));
   mtxJobs_.reset(new (std::nothrow) std::mutex);
   mtxJobsRunning_.reset(new (std::nothrow) std::mutex);
   mtxErrorList_.reset(new (std::nothrow) std::mutex);

@@ -27,7 +27,8 @@ struct JobError {
 
 class ThreadManager {
  public:
-  // Starts `threadCount` workers (none when below 1). The engine uses (5, 10).
+  // Starts `threadCount` workers (none when below 1). The engine uses (5, 10). A job limit below
+  // 1 stops the program: no job could ever be signalled.
   ThreadManager(int threadCount, int jobLimit);
   // Workers finish the job in hand and end; queued jobs are dropped unrun.
   ~ThreadManager();

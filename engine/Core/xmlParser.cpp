@@ -82,9 +82,7 @@ void XmlParser::ParseInto(Database& database) {
       frames.pop_back();
       continue;
     }
-    const size_t nameStart = pos_;
     if (Remaining().find('"') == std::string_view::npos) {
-      pos_ = nameStart;
       StopAtMalformedTag("a quoted name after the element type");
       return;
     }

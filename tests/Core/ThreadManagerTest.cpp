@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "TestOutput.h"
+
 namespace grindle {
 namespace {
 
@@ -200,6 +202,16 @@ TEST(ThreadManagerTest, IdleWorkersEndWhenThePoolIsDestroyed) {
     pool.WaitForAllJobs();
   }
   EXPECT_EQ(probe.runs.load(), 3);
+}
+
+TEST(ThreadManagerDeathTest, AJobLimitBelowOneGivesNoSemaphore) {
+  EXPECT_DEATH(
+      {
+        StdoutToStderr();
+        ThreadManager pool(1, 0);
+      },
+      "DETAILS: Semaphore for job list in thread pool failed to be created\\.(.|\n)*"
+      "The expression smpJobs_ == NULL failed\\.");
 }
 
 }  // namespace
