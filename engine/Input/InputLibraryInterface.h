@@ -34,9 +34,6 @@ class InputInterface final : public SystemBase {
 
   void Update(float dt) override;
 
-  const InputDevices& Devices() const { return devices_; }
-  bool HasFocus() const { return isWindowFocused_; }
-
  private:
   void OnLoad() override;
   void OnStart() override;

@@ -98,13 +98,4 @@ void GetKeyboardState(uint8_t (&state)[kKeyStateBytes]) {
   }
 }
 
-uint8_t VirtualKeyFromScancode(int scancode) {
-  if (scancode < 0 || scancode >= SDL_NUM_SCANCODES) return 0;
-  return kScancodeToVirtualKey[scancode];
-}
-
-uint8_t VirtualKeyFromKeycode(int keycode) {
-  return VirtualKeyFromScancode(SDL_GetScancodeFromKey(static_cast<SDL_Keycode>(keycode)));
-}
-
 }  // namespace grindle::platform

@@ -14,8 +14,4 @@ inline constexpr int kKeyStateBytes = 256;
 // 5, 6 carry the mouse buttons left, right, middle, X1, X2.
 void GetKeyboardState(uint8_t (&state)[kKeyStateBytes]);
 
-// The virtual-key code of an SDL scancode or keycode, 0 for keys the engine has no code for.
-uint8_t VirtualKeyFromScancode(int scancode);
-uint8_t VirtualKeyFromKeycode(int keycode);
-
 }  // namespace grindle::platform
