@@ -1,5 +1,6 @@
 #include "Core/MemoryManager.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -52,6 +53,8 @@ bool MemoryManager::AddPage() {
   if (page == nullptr) return false;
   Link(page) = pPageList_;
   pPageList_ = page;
+  const uintptr_t address = reinterpret_cast<uintptr_t>(page);
+  sortedPages_.insert(std::upper_bound(sortedPages_.begin(), sortedPages_.end(), address), address);
 
   char* block = static_cast<char*>(page) + kPageHeaderSize;
   for (uint32_t i = 0; i < uBlocksPerPage_; ++i, block += uStride_) {
@@ -62,6 +65,14 @@ bool MemoryManager::AddPage() {
     pFreeList_ = block;
   }
   return true;
+}
+
+const char* MemoryManager::FindPage(const char* block) const {
+  const auto above =
+      std::lower_bound(sortedPages_.begin(), sortedPages_.end(), reinterpret_cast<uintptr_t>(block));
+  if (above == sortedPages_.begin()) return nullptr;
+  const char* nearest = reinterpret_cast<const char*>(*(above - 1));
+  return PassesPageTest(nearest, block) ? nearest : nullptr;
 }
 
 MemoryManagerRegistry::~MemoryManagerRegistry() {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "Core/Assert.h"
 #include "Core/PoolBlock.h"
@@ -60,14 +61,10 @@ class MemoryManager {
   }
 
   void Free(void* block) {
-    // The upper bound is deliberately four times the page: the first page in list order that
-    // passes this loose test owns the block.
-    char* pageList = static_cast<char*>(pPageList_);
     const char* target = static_cast<const char*>(block);
-    while (pageList != nullptr &&
-           !(pageList < target && target <= pageList + 4ull * (uPageSize_ - uStride_))) {
-      pageList = static_cast<char*>(pool::Link(pageList));
-    }
+    const char* pageList = PassesPageTest(static_cast<const char*>(pPageList_), target)
+                               ? static_cast<const char*>(pPageList_)
+                               : FindPage(target);
     GRINDLE_ASSERT(pageList == NULL, "Block to free not found in any pages");
     GRINDLE_ASSERT_TEXT(!ValidatePattern(pool::ReadTail(target, uStride_), IN_USE_PATTERN),
                         "!ValidatePattern(reinterpret_cast<char*>(block) + uObjectSize_, "
@@ -89,6 +86,16 @@ class MemoryManager {
 
  private:
   bool AddPage();
+  // The upper bound is deliberately four times the page: a block belongs to the pool when any
+  // page passes this loose test.
+  bool PassesPageTest(const char* page, const char* block) const {
+    const uintptr_t p = reinterpret_cast<uintptr_t>(page);
+    const uintptr_t b = reinterpret_cast<uintptr_t>(block);
+    return page != nullptr && p < b && b <= p + 4ull * (uPageSize_ - uStride_);
+  }
+  // A page that passes the test for `block`, or null. Only the nearest page below the block can
+  // pass, so a sorted search replaces the walk of the whole list.
+  const char* FindPage(const char* block) const;
   bool ValidatePattern(const pool::BlockTail& tail, uint8_t pattern) const {
     const uint64_t word = pool::Repeated(pattern);
     return ((tail.low ^ word) & uGuardMaskLow_) == 0 && ((tail.high ^ word) & uGuardMaskHigh_) == 0;
@@ -108,6 +115,7 @@ class MemoryManager {
   uint32_t uBlocksInUse_ = 0;
   uint64_t uGuardMaskLow_ = 0;
   uint64_t uGuardMaskHigh_ = 0;
+  std::vector<uintptr_t> sortedPages_;
 };
 
 // The process-wide map from size class to pool. Classes are powers of two, so the map is an array

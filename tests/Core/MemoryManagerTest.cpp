@@ -138,3 +138,20 @@ TEST_F(MemoryManagerDeathTest, FreeingWithAnotherUsedClassSizeIsDecidedByThatPoo
 
 }  // namespace
 }  // namespace grindle
+
+namespace grindle {
+namespace {
+
+TEST(MemoryManager, BlocksOfEveryPageAreFoundWhateverTheOrderOfFrees) {
+  // Many pages, freed in an order unrelated to the page list, must all find their page.
+  MemoryManager pool(32, kBlocksPerPage, 1);
+  std::vector<void*> blocks;
+  for (int i = 0; i < 64 * 40; ++i) blocks.push_back(pool.Allocate());
+  EXPECT_EQ(pool.PageCount(), 40u);
+  for (size_t i = 0; i < blocks.size(); i += 2) pool.Free(blocks[i]);
+  for (size_t i = blocks.size() - 1; i < blocks.size(); i -= 2) pool.Free(blocks[i]);
+  EXPECT_EQ(pool.BlocksInUse(), 0u);
+}
+
+}  // namespace
+}  // namespace grindle
