@@ -267,7 +267,7 @@ VariableHandle Effect::Variable(std::string_view name) const {
 }
 
 uint32_t Effect::PassCount(TechniqueHandle technique) const {
-  if (!technique.IsValid()) return 0;
+  if (!technique.IsValid() || static_cast<size_t>(technique.index) >= techniques_.size()) return 0;
   return static_cast<uint32_t>(techniques_[static_cast<size_t>(technique.index)]->passes.size());
 }
 

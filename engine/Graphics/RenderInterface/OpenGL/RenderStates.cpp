@@ -9,8 +9,9 @@ namespace grindle::gfx {
 void SetRasterizerState(int32_t index) {
   GRINDLE_ASSERT(index < 0 || index >= kRasterizerCount, "Unknown rasterizer state");
   glPolygonMode(GL_FRONT_AND_BACK, index == kRasterWireframe ? GL_LINE : GL_FILL);
-  // Meshes are wound clockwise as seen from their front, as the row-vector convention has them.
-  glFrontFace(GL_CW);
+  // Counter-clockwise in clip space: with the upper-left origin that is how the generated meshes
+  // face the camera.
+  glFrontFace(GL_CCW);
   if (index == kRasterSolid || index == kRasterShadow) {
     glEnable(GL_CULL_FACE);
     glCullFace(GL_BACK);

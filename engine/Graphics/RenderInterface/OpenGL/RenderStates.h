@@ -8,7 +8,7 @@
 namespace grindle::gfx {
 
 enum RasterizerState : int32_t {
-  kRasterSolid = 0,      // fill, cull back faces (clockwise fronts, as the meshes are wound)
+  kRasterSolid = 0,      // fill, cull back faces (fronts wound as the primitive generators make them)
   kRasterWireframe = 1,  // lines, no culling
   kRasterNoCull = 2,     // fill, both sides (sky dome from inside, sprites)
   kRasterShadow = 3,     // fill, cull back faces, depth bias against shadow acne
