@@ -1,5 +1,6 @@
-// Depth-only passes into the shadow maps. The tessellated variants draw as their plain
-// counterparts: no pass here tessellates.
+// Depth-only passes into the shadow maps. The "Tess" variants do not subdivide; they displace each
+// vertex along its normal by the height map, strongest near the eye, as the tessellated meshes
+// they stand in for would.
 @common
 uniform mat4 gViewProj;
 uniform mat4 gWorldViewProj;
@@ -22,6 +23,22 @@ out vec2 vTex;
 void main() {
   vTex = (gTexTransform * vec4(TEXCOORD, 0.0, 1.0)).xy;
   gl_Position = gWorldViewProj * vec4(POSITION, 1.0);
+}
+
+@vertex TessVS
+layout(location = 0) in vec3 POSITION;
+layout(location = 1) in vec3 NORMAL;
+layout(location = 2) in vec2 TEXCOORD;
+out vec2 vTex;
+void main() {
+  vTex = (gTexTransform * vec4(TEXCOORD, 0.0, 1.0)).xy;
+  vec3 positionW = (gWorld * vec4(POSITION, 1.0)).xyz;
+  vec3 normalW = normalize(mat3(gWorldInvTranspose) * NORMAL);
+  float d = distance(positionW, gEyePosW);
+  float near = clamp((gMinTessDistance - d) / max(gMinTessDistance - gMaxTessDistance, 0.0001), 0.0, 1.0);
+  float factor = mix(gMinTessFactor, gMaxTessFactor, near) / max(gMaxTessFactor, 1.0);
+  float height = textureLod(gDiffuseMap, vTex, 0.0).a - 1.0;
+  gl_Position = gViewProj * vec4(positionW + normalW * gHeightScale * height * factor, 1.0);
 }
 
 @vertex InstancedVS
@@ -76,6 +93,6 @@ pass P0 vertex=SkinnedVS fragment=PS raster=3
 @technique BuildShadowMapAlphaClipTech
 pass P0 vertex=VS fragment=AlphaClipPS raster=3
 @technique TessBuildShadowMapTech
-pass P0 vertex=VS fragment=PS raster=3
+pass P0 vertex=TessVS fragment=PS raster=3
 @technique TessBuildShadowMapAlphaClipTech
-pass P0 vertex=VS fragment=AlphaClipPS raster=3
+pass P0 vertex=TessVS fragment=AlphaClipPS raster=3
