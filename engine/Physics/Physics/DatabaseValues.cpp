@@ -53,11 +53,18 @@ void WriteRotation(Database& db, const btMatrix3x3& rotation) {
 Database* FindDatabase(const Database& db, uint32_t key) { return db.Find<Database>(key).Get(); }
 
 Database* FindObject(const Database& root, uint32_t levelKey, uint32_t objectKey) {
-  const Database* levels = FindDatabase(root, KeyOf(WellKnown::Levels));
-  const Database* level = levels != nullptr ? FindDatabase(*levels, levelKey) : nullptr;
-  const Database* objects =
-      level != nullptr ? FindDatabase(*level, KeyOf(WellKnown::GameObjects)) : nullptr;
-  return objects != nullptr ? FindDatabase(*objects, objectKey) : nullptr;
+  return LevelObjects(root).Find(levelKey, objectKey);
+}
+
+Database* LevelObjects::Find(uint32_t levelKey, uint32_t objectKey) {
+  if (!hasLevel_ || levelKey != uLevelKey_) {
+    const Database* levels = FindDatabase(root_, KeyOf(WellKnown::Levels));
+    const Database* level = levels != nullptr ? FindDatabase(*levels, levelKey) : nullptr;
+    pObjects_ = level != nullptr ? FindDatabase(*level, KeyOf(WellKnown::GameObjects)) : nullptr;
+    uLevelKey_ = levelKey;
+    hasLevel_ = true;
+  }
+  return pObjects_ != nullptr ? FindDatabase(*pObjects_, objectKey) : nullptr;
 }
 
 std::string_view CurrentLevelName(const Database& root) {

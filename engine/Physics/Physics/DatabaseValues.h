@@ -30,6 +30,20 @@ void WriteRotation(Database& db, const btMatrix3x3& rotation);
 Database* FindDatabase(const Database& db, uint32_t key);
 // `Levels.<level>.GameObjects.<object>`, or null.
 Database* FindObject(const Database& root, uint32_t levelKey, uint32_t objectKey);
+
+// The same lookup for many objects in a row: remembers the last level's `GameObjects`, so it must
+// not outlive a change to the database (use one per pass over the bodies).
+class LevelObjects {
+ public:
+  explicit LevelObjects(const Database& root) : root_(root) {}
+  Database* Find(uint32_t levelKey, uint32_t objectKey);
+
+ private:
+  const Database& root_;
+  uint32_t uLevelKey_ = 0;
+  bool hasLevel_ = false;
+  const Database* pObjects_ = nullptr;
+};
 // The root's `CurrentLevel` name, or empty.
 std::string_view CurrentLevelName(const Database& root);
 

@@ -33,6 +33,7 @@ void Physics::Start(Database& root, MessageHandler& messages) {
 }
 
 BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::string_view level) {
+  GRINDLE_ASSERT(!pWorld_, "bodies can only be added once the physics system has started");
   std::unique_ptr<BodyRecord> record = BuildBody(object, name, level, pWorld_->Gravity());
   if (!record) return nullptr;
   const auto same = std::find_if(records_.begin(), records_.end(), [&](const auto& other) {
@@ -45,7 +46,9 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
   btDiscreteDynamicsWorld& world = pWorld_->Dynamics();
   if (btRigidBody* body = added->Rigid()) {
     world.addRigidBody(body);
-    body->activate(true);
+    // A fixed body stays asleep as the world left it, or every body resting on it is checked
+    // against it each step.
+    if (!added->isStatic_) body->activate(true);
   } else {
     // A static power-up, like a static body, ignores other static bodies.
     const int group = added->isStatic_ ? btBroadphaseProxy::StaticFilter
@@ -55,6 +58,7 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
     world.addCollisionObject(added->pObject_.get(), group, mask);
   }
   records_.push_back(std::move(record));
+  live_.insert(added);
   return added;
 }
 
@@ -67,6 +71,7 @@ void Physics::RemoveBody(BodyRecord* record, bool reportEnds) {
 
   std::unique_ptr<BodyRecord> owned = std::move(*found);
   records_.erase(found);
+  live_.erase(record);
   if (Database* object = ObjectOf(*owned)) {
     if (Database* body = FindDatabase(*object, KeyOf(WellKnown::Body))) {
       body->Remove(KeyOf(WellKnown::BodyGetBack));
@@ -91,11 +96,9 @@ BodyRecord* Physics::RecordOf(const Database& object) const {
   if (!back) return nullptr;
   // The entry may have been copied along with its object, or outlived its record: only a record
   // still in the list, and for an object of this name, counts.
-  const BodyRecord* wanted = *back;
-  const auto found = std::find_if(records_.begin(), records_.end(),
-                                  [wanted](const auto& r) { return r.get() == wanted; });
-  if (found == records_.end() || (*found)->sName_ != object.Name()) return nullptr;
-  return found->get();
+  BodyRecord* record = *back;
+  if (!live_.contains(record) || record->sName_ != object.Name()) return nullptr;
+  return record;
 }
 
 BodyRecord* Physics::RecordInCurrentLevel(std::string_view name) const {
@@ -117,18 +120,26 @@ bool Physics::IsPaused() const { return ReadFlag(*pRoot_, KeyOf(WellKnown::isGam
 
 void Physics::Update() {
   if (!pWorld_ || IsPaused()) return;
-  for (const auto& record : records_) {
-    if (record->isStatic_) continue;
-    if (Database* object = ObjectOf(*record)) PushToBody(*record, *object);
+  LevelObjects objects(*pRoot_);
+  slots_.resize(records_.size());
+  for (size_t i = 0; i < records_.size(); ++i) {
+    BodyRecord& record = *records_[i];
+    slots_[i].pTransform_ = nullptr;
+    if (record.isStatic_) continue;
+    Database* object = objects.Find(record.uLevelKey_, record.uObjectKey_);
+    Database* transform =
+        object != nullptr ? FindDatabase(*object, KeyOf(WellKnown::Transform)) : nullptr;
+    if (transform == nullptr) continue;
+    BindTransform(*transform, record, slots_[i]);
+    PushToBody(record, slots_[i]);
   }
   for (int step = 0; step < kStepsPerFrame; ++step) {
     pWorld_->StepOnce();
     contacts_.Collect(*pWorld_->Dynamics().getDispatcher(), events_);
     SendContacts();
   }
-  for (const auto& record : records_) {
-    if (record->isStatic_) continue;
-    if (Database* object = ObjectOf(*record)) PullFromBody(*record, *object);
+  for (size_t i = 0; i < records_.size(); ++i) {
+    if (slots_[i].pTransform_ != nullptr) PullFromBody(*records_[i], slots_[i]);
   }
 }
 

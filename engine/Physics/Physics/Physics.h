@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "Core/Database.h"
@@ -15,6 +16,7 @@
 #include "Physics/Physics/BodyRecord.h"
 #include "Physics/Physics/ContactTracker.h"
 #include "Physics/Physics/PhysicsWorld.h"
+#include "Physics/Physics/TransformSync.h"
 
 namespace grindle {
 
@@ -62,8 +64,11 @@ class Physics {
   MessageHandler* pMessages_ = nullptr;
   std::unique_ptr<PhysicsWorld> pWorld_;
   std::vector<std::unique_ptr<BodyRecord>> records_;
+  // The same records, for telling a live "BodyGetBack" from a stale one without a scan.
+  std::unordered_set<const BodyRecord*> live_;
   ContactTracker contacts_;
   std::vector<ContactEvent> events_;
+  std::vector<TransformSlots> slots_;  // parallel to records_ during Update
 };
 
 }  // namespace grindle

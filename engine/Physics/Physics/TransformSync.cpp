@@ -7,36 +7,51 @@
 #include "Physics/Physics/DatabaseValues.h"
 
 namespace grindle {
+namespace {
 
-void PushToBody(BodyRecord& record, const Database& object) {
-  const Database* transform = FindDatabase(object, KeyOf(WellKnown::Transform));
-  if (transform == nullptr) return;
+constexpr WellKnown kPositionKeys[3] = {WellKnown::PositionX, WellKnown::PositionY,
+                                        WellKnown::PositionZ};
+
+DataHandle<double> BindReal(Database& transform, WellKnown name, double fallback) {
+  const uint32_t key = KeyOf(name);
+  if (DataHandle<double> entry = transform.Find<double>(key)) return entry;
+  return transform.Add<double>(kWellKnownKeyNames[static_cast<size_t>(name)],
+                               ReadReal(transform, key, fallback));
+}
+
+}  // namespace
+
+void BindTransform(Database& transform, const BodyRecord& record, TransformSlots& slots) {
+  slots.pTransform_ = &transform;
+  const btVector3 current = record.pObject_->getWorldTransform().getOrigin() - record.vOffset_;
+  for (int axis = 0; axis < 3; ++axis) {
+    slots.dhPosition_[axis] = BindReal(transform, kPositionKeys[axis], current[axis]);
+  }
+  slots.dhYaw_ = BindReal(transform, WellKnown::RotationY, 0.0);
+}
+
+void PushToBody(BodyRecord& record, const TransformSlots& slots) {
+  const btVector3 position(static_cast<float>(*slots.dhPosition_[0]),
+                           static_cast<float>(*slots.dhPosition_[1]),
+                           static_cast<float>(*slots.dhPosition_[2]));
+  const btTransform placed(btQuaternion(btVector3(0, 1, 0), static_cast<float>(*slots.dhYaw_)),
+                           position + record.vOffset_);
   btCollisionObject& body = *record.pObject_;
-  const btVector3 current = body.getWorldTransform().getOrigin() - record.vOffset_;
-  const btVector3 position(
-      static_cast<float>(ReadReal(*transform, KeyOf(WellKnown::PositionX), current.x())),
-      static_cast<float>(ReadReal(*transform, KeyOf(WellKnown::PositionY), current.y())),
-      static_cast<float>(ReadReal(*transform, KeyOf(WellKnown::PositionZ), current.z())));
-  const float yaw = static_cast<float>(ReadReal(*transform, KeyOf(WellKnown::RotationY), 0.0));
-  const btTransform placed(btQuaternion(btVector3(0, 1, 0), yaw), position + record.vOffset_);
   body.setWorldTransform(placed);
   body.setInterpolationWorldTransform(placed);
 }
 
-void PullFromBody(const BodyRecord& record, Database& object) {
-  Database* transform = FindDatabase(object, KeyOf(WellKnown::Transform));
-  if (transform == nullptr) return;
+void PullFromBody(const BodyRecord& record, const TransformSlots& slots) {
   const btTransform& placed = record.pObject_->getWorldTransform();
   const btVector3 position = placed.getOrigin() - record.vOffset_;
-  WriteReal(*transform, WellKnown::PositionX, position.x());
-  WriteReal(*transform, WellKnown::PositionY, position.y());
-  WriteReal(*transform, WellKnown::PositionZ, position.z());
-  WriteRotation(*transform, placed.getBasis());
-  WriteReal(*transform, WellKnown::RotationY, YawOf(placed.getRotation()));
+  for (int axis = 0; axis < 3; ++axis) *slots.dhPosition_[axis] = position[axis];
+  WriteRotation(*slots.pTransform_, placed.getBasis());
+  *slots.dhYaw_ = YawOf(placed.getRotation());
 }
 
 double YawOf(const btQuaternion& q) {
-  const double sine = 2.0 * (static_cast<double>(q.w()) * q.y() - static_cast<double>(q.z()) * q.x());
+  const double sine =
+      2.0 * (static_cast<double>(q.w()) * q.y() - static_cast<double>(q.z()) * q.x());
   // Rounding can carry a quarter turn just past 1, where asin has no value.
   return std::asin(std::clamp(sine, -1.0, 1.0));
 }
