@@ -18,10 +18,19 @@ constexpr std::string_view kScriptFolder = "Scripts/";
 
 // Every message the AI system listens to, in the order Start registers them.
 std::vector<std::string_view> ListenedMessages() {
-  std::vector<std::string_view> names = {
-      "ResourceReloaded", "Mouse", "SCR:SetControllerVibration", "msgObjectCreated",
-      "msgLevelObjectCreated", "msgObjectDestroyed", "LevelInitializeComplete", "ConsolePrint",
-      "UnloadAllLevels", "LevelSwitched", "Keyboard", "XboxController", "UnloadLevel"};
+  std::vector<std::string_view> names = {"ResourceReloaded",
+                                         "Mouse",
+                                         "SCR:SetControllerVibration",
+                                         "msgObjectCreated",
+                                         "msgLevelObjectCreated",
+                                         "msgObjectDestroyed",
+                                         "LevelInitializeComplete",
+                                         "ConsolePrint",
+                                         "UnloadAllLevels",
+                                         "LevelSwitched",
+                                         "Keyboard",
+                                         "XboxController",
+                                         "UnloadLevel"};
   for (std::string_view request : ScriptRequests::Names()) {
     if (request != "SCR:SetControllerVibration") names.push_back(request);
   }
@@ -108,13 +117,16 @@ void AIInterface::OnUnload() {
 
 void AIInterface::Update(float dt) {
   if (!pHost_) return;
-  // While paused, time stands still for scripts: no countdowns and no "Update"; listeners still run.
+  // While paused, time stands still for scripts: no countdowns and no "Update"; listeners still
+  // run.
   const DataHandle<bool> paused = Root().Find<bool>(KeyOf(WellKnown::isGamePaused));
   const bool isPaused = paused && *paused;
   if (!isPaused) RunCountdowns(dt);
   if (timers_.isDateTracked) WriteDate();
-  if (const DataHandle<Database> globals = Root().Find<Database>(KeyOf(WellKnown::GlobalVariables))) {
-    if (const DataHandle<double> count = globals->Find<double>(KeyOf(WellKnown::Count))) *count += 1.0;
+  if (const DataHandle<Database> globals =
+          Root().Find<Database>(KeyOf(WellKnown::GlobalVariables))) {
+    if (const DataHandle<double> count = globals->Find<double>(KeyOf(WellKnown::Count)))
+      *count += 1.0;
   }
   const std::string level = CurrentLevelName();
   if (!isPaused && !level.empty()) pHost_->CallInLevel(level, "Update");

@@ -52,10 +52,13 @@ void AIInterface::LoadObjectScripts(const std::string& objectPath, const std::st
   }
   // Every component's top-level code has run before the first "Start".
   for (int i : loaded) {
-    const DataHandle<Database> component = ResolveDatabase(Root(), objectPath + "." + ScriptComponentName(i));
+    const DataHandle<Database> component =
+        ResolveDatabase(Root(), objectPath + "." + ScriptComponentName(i));
     if (!component) continue;
     const DataHandle<lua_State*> state = component->Find<lua_State*>(KeyOf(WellKnown::LuaState));
-    if (state) pHost_->CallFunction(*component, objectPath + "." + ScriptComponentName(i), "Start", {objectName});
+    if (state)
+      pHost_->CallFunction(*component, objectPath + "." + ScriptComponentName(i), "Start",
+                           {objectName});
   }
 }
 
@@ -70,7 +73,9 @@ void AIInterface::CloseSwitchedLevel(MessageArgs args) {
   if (!old.empty()) pHost_->CloseScriptsOfLevel(old);
 }
 
-void AIInterface::CloseUnloadedLevel(MessageArgs args) { pHost_->CloseScriptsOfLevel(TextAt(args, 0)); }
+void AIInterface::CloseUnloadedLevel(MessageArgs args) {
+  pHost_->CloseScriptsOfLevel(TextAt(args, 0));
+}
 
 void AIInterface::TogglePause() {
   DataHandle<bool> paused = Root().Find<bool>(KeyOf(WellKnown::isGamePaused));

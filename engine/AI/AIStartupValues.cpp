@@ -66,7 +66,8 @@ void AIInterface::WriteStartupValues() {
   const DataHandle<Database> levelList = EnsureDatabase(root, "LevelList");
   const std::vector<std::string> levels = LevelFiles();
   EnsureValue<double>(*levelList, "Count", static_cast<double>(levels.size()));
-  for (size_t i = 0; i < levels.size(); ++i) EnsureValue<std::string>(*levelList, "Level" + std::to_string(i), levels[i]);
+  for (size_t i = 0; i < levels.size(); ++i)
+    EnsureValue<std::string>(*levelList, "Level" + std::to_string(i), levels[i]);
   EnsureValue<double>(root, "Tobble", 0.0);
   WriteDate();
 }

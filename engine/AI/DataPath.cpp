@@ -27,7 +27,8 @@ DataHandle<Database> ResolveDatabase(Database& root, std::string_view path,
     if (part == "*CurrentLevel") {
       at = CurrentLevel(root);
     } else if (part == "*CurrentObject") {
-      at = currentObjectPath.empty() ? DataHandle<Database>{} : ResolveDatabase(root, currentObjectPath);
+      at = currentObjectPath.empty() ? DataHandle<Database>{}
+                                     : ResolveDatabase(root, currentObjectPath);
     } else {
       at = at->Find<Database>(part);
     }
@@ -35,7 +36,8 @@ DataHandle<Database> ResolveDatabase(Database& root, std::string_view path,
   return at;
 }
 
-EntryPath ResolveEntryPath(Database& root, std::string_view path, std::string_view currentObjectPath) {
+EntryPath ResolveEntryPath(Database& root, std::string_view path,
+                           std::string_view currentObjectPath) {
   const size_t dot = path.rfind('.');
   if (dot == std::string_view::npos) return {{&root, nullptr}, path};
   return {ResolveDatabase(root, path.substr(0, dot), currentObjectPath), path.substr(dot + 1)};
@@ -43,7 +45,8 @@ EntryPath ResolveEntryPath(Database& root, std::string_view path, std::string_vi
 
 DataHandle<Database> ScriptRegistry(Database& root, std::string_view level) {
   const DataHandle<Database> levels = root.Find<Database>(KeyOf(WellKnown::Levels));
-  const DataHandle<Database> levelDb = levels ? levels->Find<Database>(level) : DataHandle<Database>{};
+  const DataHandle<Database> levelDb =
+      levels ? levels->Find<Database>(level) : DataHandle<Database>{};
   const DataHandle<Database> lists =
       levelDb ? levelDb->Find<Database>(KeyOf(WellKnown::ComponentLists)) : DataHandle<Database>{};
   return lists ? lists->Find<Database>(KeyOf(WellKnown::Scripts)) : DataHandle<Database>{};

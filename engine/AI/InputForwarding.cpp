@@ -12,14 +12,15 @@ namespace grindle {
 namespace {
 
 // Debug keys: F1..F5 send these cheats.
-constexpr std::string_view kCheats[] = {"EndRound", "StartEarly", "NextLevel", "PreviousLevel", "MainMenu"};
+constexpr std::string_view kCheats[] = {"EndRound", "StartEarly", "NextLevel", "PreviousLevel",
+                                        "MainMenu"};
 
 // Codes below this are the mouse buttons that the key-state bytes also carry.
 constexpr int kFirstKeyboardCode = 6;
 
-constexpr std::string_view kPadButtons[] = {"A",     "B",    "X",     "Y",    "Up",
-                                            "Down",  "Left", "Right", "Start", "Back",
-                                            "L3",    "R3",   "LeftBumper", "RightBumper"};
+constexpr std::string_view kPadButtons[] = {"A",    "B",    "X",          "Y",          "Up",
+                                            "Down", "Left", "Right",      "Start",      "Back",
+                                            "L3",   "R3",   "LeftBumper", "RightBumper"};
 
 // A stick counts as pushed in a direction past this much of its travel.
 constexpr float kStickStep = 0.5f;
@@ -62,7 +63,8 @@ void InputForwarding::ForwardMouse(MessageArgs args) {
     iMouseX_ = mouse->X();
     iMouseY_ = mouse->Y();
     messages_.SendArgs("SCR:MouseDeltaPosition", static_cast<double>(dx), static_cast<double>(dy));
-    messages_.SendArgs("SCR:MousePosition", static_cast<double>(iMouseX_), static_cast<double>(iMouseY_));
+    messages_.SendArgs("SCR:MousePosition", static_cast<double>(iMouseX_),
+                       static_cast<double>(iMouseY_));
   }
   if (mouse->Wheel() != kWheelNone) {
     messages_.SendArgs("SCR:MouseWheel", mouse->Wheel() == kWheelForward ? 1.0 : -1.0);
@@ -88,7 +90,8 @@ void SendStickSteps(MessageHandler& messages, const char* stick, float x, float 
   }
 }
 
-void ForwardTrigger(MessageHandler& messages, const char* name, float value, bool triggered, double pad) {
+void ForwardTrigger(MessageHandler& messages, const char* name, float value, bool triggered,
+                    double pad) {
   if (triggered) {
     messages.SendArgs("SCR:ControllerButtonTriggered", std::string(name), pad);
   } else if (value > 0.0f) {
@@ -107,24 +110,31 @@ void InputForwarding::ForwardPads(MessageArgs args) {
     const double index = pad;
     using S = XboxController::Stick;
     if (controller.LeftStickActive()) {
-      messages_.SendArgs("SCR:ControllerLeftStick", index, static_cast<double>(hub->LeftStickX(pad)),
+      messages_.SendArgs("SCR:ControllerLeftStick", index,
+                         static_cast<double>(hub->LeftStickX(pad)),
                          static_cast<double>(hub->LeftStickY(pad)));
     }
     if (controller.RightStickActive()) {
-      messages_.SendArgs("SCR:ControllerRightStick", index, static_cast<double>(hub->RightStickX(pad)),
+      messages_.SendArgs("SCR:ControllerRightStick", index,
+                         static_cast<double>(hub->RightStickX(pad)),
                          static_cast<double>(hub->RightStickY(pad)));
     }
     for (std::string_view name : kPadButtons) {
       const uint16_t mask = PadButtonMask(name);
-      if (hub->IsTriggered(pad, mask)) messages_.SendArgs("SCR:ControllerButtonTriggered", Text(name), index);
+      if (hub->IsTriggered(pad, mask))
+        messages_.SendArgs("SCR:ControllerButtonTriggered", Text(name), index);
       if (hub->IsDown(pad, mask)) messages_.SendArgs("SCR:ControllerButton", Text(name), index);
     }
-    ForwardTrigger(messages_, "RightTrigger", hub->RightTrigger(pad), hub->RightTriggerTriggered(pad), index);
-    ForwardTrigger(messages_, "LeftTrigger", hub->LeftTrigger(pad), hub->LeftTriggerTriggered(pad), index);
-    SendStickSteps(messages_, "LeftStick", controller.StickValue(S::kLeftX), controller.StickValue(S::kLeftY),
-                   controller.PreviousStickValue(S::kLeftX), controller.PreviousStickValue(S::kLeftY), index);
-    SendStickSteps(messages_, "RightStick", controller.StickValue(S::kRightX), controller.StickValue(S::kRightY),
-                   controller.PreviousStickValue(S::kRightX), controller.PreviousStickValue(S::kRightY), index);
+    ForwardTrigger(messages_, "RightTrigger", hub->RightTrigger(pad),
+                   hub->RightTriggerTriggered(pad), index);
+    ForwardTrigger(messages_, "LeftTrigger", hub->LeftTrigger(pad), hub->LeftTriggerTriggered(pad),
+                   index);
+    SendStickSteps(messages_, "LeftStick", controller.StickValue(S::kLeftX),
+                   controller.StickValue(S::kLeftY), controller.PreviousStickValue(S::kLeftX),
+                   controller.PreviousStickValue(S::kLeftY), index);
+    SendStickSteps(messages_, "RightStick", controller.StickValue(S::kRightX),
+                   controller.StickValue(S::kRightY), controller.PreviousStickValue(S::kRightX),
+                   controller.PreviousStickValue(S::kRightY), index);
   }
 }
 

@@ -1,9 +1,8 @@
 #include "AI/Script.h"
 
-#include <lua.hpp>
-
 #include <algorithm>
 #include <cstdio>
+#include <lua.hpp>
 
 #include "AI/DataPath.h"
 #include "AI/ScriptApi.h"
@@ -17,8 +16,9 @@
 namespace grindle {
 namespace {
 
-// The registry slot that leads a state back to its host.
+// Registry slots that lead a state back to its host and to its running-script record.
 const char kHostSlot = 0;
+const char kRecordSlot = 0;
 
 std::string_view LevelOfPath(std::string_view componentPath) {
   constexpr std::string_view kLevels = "Levels.";
@@ -43,7 +43,8 @@ const std::string& ScriptComponentName(int index) {
   return names[static_cast<size_t>(index)];
 }
 
-ScriptHost::ScriptHost(Database& root, MessageHandler& messages) : root_(root), messages_(messages) {}
+ScriptHost::ScriptHost(Database& root, MessageHandler& messages)
+    : root_(root), messages_(messages) {}
 
 ScriptHost::~ScriptHost() {
   for (auto& script : scripts_) {
@@ -58,6 +59,18 @@ ScriptHost& ScriptHost::Of(lua_State* state) {
   auto* host = static_cast<ScriptHost*>(lua_touserdata(state, -1));
   lua_pop(state, 1);
   return *host;
+}
+
+void ScriptHost::SetRecordSlot(lua_State* state, RunningScript* script) {
+  lua_pushlightuserdata(state, script);
+  lua_rawsetp(state, LUA_REGISTRYINDEX, &kRecordSlot);
+}
+
+ScriptHost::RunningScript* ScriptHost::RecordOf(lua_State* state) {
+  lua_rawgetp(state, LUA_REGISTRYINDEX, &kRecordSlot);
+  auto* script = static_cast<RunningScript*>(lua_touserdata(state, -1));
+  lua_pop(state, 1);
+  return script;
 }
 
 lua_State* ScriptHost::NewState(bool withApi) {
@@ -114,9 +127,15 @@ void ScriptHost::Register(DataHandle<Database> component, std::string_view compo
     if (!registry) registry = lists->Add<Database>("Scripts");
     registry->Add<DataHandle<Database>>(componentPath, component);
   }
-  scripts_.push_back(std::make_unique<RunningScript>(RunningScript{
-      state, HashValue(level), std::string(level), std::string(componentPath),
-      std::string(ParentOfPath(componentPath)), fileName, {}}));
+  scripts_.push_back(
+      std::make_unique<RunningScript>(RunningScript{state,
+                                                    HashValue(level),
+                                                    std::string(level),
+                                                    std::string(componentPath),
+                                                    std::string(ParentOfPath(componentPath)),
+                                                    fileName,
+                                                    {}}));
+  SetRecordSlot(state, scripts_.back().get());
   ++uScriptsChanged_;
 }
 

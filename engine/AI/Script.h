@@ -45,7 +45,9 @@ class ScriptHost {
   // The resource manager's reload of "Scripts/<file>" has just run; the "ResourceReloaded" that
   // follows it must not reload the file a second time. Returns whether a reload is still due.
   bool TakeReloadNotice(std::string_view fileName);
-  void NoteResourceReload(std::string_view fileName) { reloadedByResource_.insert(std::string(fileName)); }
+  void NoteResourceReload(std::string_view fileName) {
+    reloadedByResource_.insert(std::string(fileName));
+  }
   // Loads and runs `path` in `state`; errors are printed, not fatal. Returns success.
   static bool RunFile(lua_State* state, const std::string& path);
   // The full path of the current level's component that runs `state`, or "" when none.
@@ -101,7 +103,11 @@ class ScriptHost {
   void Register(DataHandle<Database> component, std::string_view componentPath,
                 const std::string& fileName, lua_State* state);
   void WatchFile(const std::string& fileName);
+  // By search: safe for a state that may have been closed meanwhile.
   RunningScript* FindScript(lua_State* state);
+  // Through the state's registry: only for a live state; null once its record was dropped.
+  static RunningScript* RecordOf(lua_State* state);
+  static void SetRecordSlot(lua_State* state, RunningScript* script);
   // Calls a global function; prints the call-error text and stops the program on failure.
   void CallOrDie(lua_State* state, std::string_view componentPath, const char* name,
                  const std::vector<std::string>& args);

@@ -1,8 +1,7 @@
 #include "AI/ScriptApi.h"
 
-#include <lua.hpp>
-
 #include <cstdio>
+#include <lua.hpp>
 #include <memory>
 #include <string>
 
@@ -27,7 +26,8 @@ std::string StringArgument(lua_State* state, int index) {
 
 // Numbers travel as doubles, everything else as the string Lua makes of it ("" when it makes none).
 AbstractPointerBase* MessageArgument(lua_State* state, int index) {
-  if (lua_type(state, index) == LUA_TNUMBER) return MakeArgument(lua_tonumberx(state, index, nullptr));
+  if (lua_type(state, index) == LUA_TNUMBER)
+    return MakeArgument(lua_tonumberx(state, index, nullptr));
   return MakeArgument(StringArgument(state, index));
 }
 
@@ -84,7 +84,8 @@ int UnListen(lua_State* state) {
 RayHit CastRay(lua_State* state) {
   double v[6];
   for (int i = 0; i < 6; ++i) v[i] = lua_tonumberx(state, i + 1, nullptr);
-  const DataHandle<Database> systems = ScriptHost::Of(state).Root().Find<Database>(KeyOf(WellKnown::Systems));
+  const DataHandle<Database> systems =
+      ScriptHost::Of(state).Root().Find<Database>(KeyOf(WellKnown::Systems));
   const auto caster = systems ? systems->Find<RayCaster*>("RayCaster") : DataHandle<RayCaster*>{};
   if (!caster || *caster == nullptr) return {-1.0, ""};
   return (*caster)->Cast(v[0], v[1], v[2], v[3] * kRayLengthFactor, v[4] * kRayLengthFactor,
@@ -108,9 +109,15 @@ void RegisterScriptApi(lua_State* state) {
   static constexpr struct {
     const char* name;
     lua_CFunction function;
-  } kFunctions[] = {{"SayHey", SayHey},   {"FindData", FindData},       {"SetData", SetData},
-                    {"Send", Send},       {"SendImmediate", SendImmediate}, {"Listen", Listen},
-                    {"UnListen", UnListen}, {"RayCast", RayCast},       {"RayCastName", RayCastName}};
+  } kFunctions[] = {{"SayHey", SayHey},
+                    {"FindData", FindData},
+                    {"SetData", SetData},
+                    {"Send", Send},
+                    {"SendImmediate", SendImmediate},
+                    {"Listen", Listen},
+                    {"UnListen", UnListen},
+                    {"RayCast", RayCast},
+                    {"RayCastName", RayCastName}};
   for (const auto& entry : kFunctions) {
     lua_pushcclosure(state, entry.function, 0);
     lua_setglobal(state, entry.name);

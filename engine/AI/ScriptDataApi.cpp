@@ -1,7 +1,6 @@
 // "FindData" and "SetData": the scripts' view of the meta database through dotted paths.
-#include <lua.hpp>
-
 #include <cstdio>
+#include <lua.hpp>
 #include <string>
 
 #include "AI/DataPath.h"

@@ -1,9 +1,8 @@
 // The end of a script's life and the bookkeeping around it: hot reload, closing by object, level or
 // all, listener tracking and the deferred close of a state that is still running.
-#include <lua.hpp>
-
 #include <algorithm>
 #include <cstdio>
+#include <lua.hpp>
 
 #include "AI/DataPath.h"
 #include "AI/Script.h"
@@ -52,7 +51,8 @@ void ScriptHost::ReloadScriptFile(std::string_view fileName) {
     const std::string componentPath = script->componentPath;
     CallOrDie(state, componentPath, "End", {});
     if (FindScript(state) == nullptr) continue;
-    if (RunFile(state, "Scripts/" + std::string(fileName))) CallOrDie(state, componentPath, "Start", {});
+    if (RunFile(state, "Scripts/" + std::string(fileName)))
+      CallOrDie(state, componentPath, "Start", {});
   }
 }
 
@@ -65,19 +65,19 @@ bool ScriptHost::TakeReloadNotice(std::string_view fileName) {
 
 std::string ScriptHost::GetScriptPath(lua_State* state) const {
   const DataHandle<std::string> level = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  const DataHandle<Database> registry = level ? ScriptRegistry(root_, *level) : DataHandle<Database>{};
+  const DataHandle<Database> registry =
+      level ? ScriptRegistry(root_, *level) : DataHandle<Database>{};
   if (!registry) {
     std::printf("Couldn't find current level scripts in GetScriptPath\n");
     return {};
   }
-  for (const Database::Record& record : registry->Records()) {
-    // Listing records of replaced entries are stale; only the live one is read.
-    if (registry->FindEntry(record.name) != record.entry) continue;
-    const auto component = registry->Find<DataHandle<Database>>(record.name);
-    if (!component || !component->IsValid()) continue;
-    const auto owned = (*component)->Find<lua_State*>(KeyOf(WellKnown::LuaState));
-    if (owned && *owned == state) return record.name;
-  }
+  // The state's own record names its component; the registry confirms it is this level's.
+  const RunningScript* script = RecordOf(state);
+  if (script == nullptr) return {};
+  const auto component = registry->Find<DataHandle<Database>>(script->componentPath);
+  if (!component || !component->IsValid()) return {};
+  const auto owned = (*component)->Find<lua_State*>(KeyOf(WellKnown::LuaState));
+  if (owned && *owned == state) return script->componentPath;
   return {};
 }
 
@@ -87,7 +87,8 @@ void ScriptHost::CloseScriptsOfObject(std::string_view objectPath) {
 }
 
 void ScriptHost::CloseScriptsOfLevel(std::string_view level) {
-  CloseScripts([](const RunningScript& s, std::string_view what) { return s.level == what; }, level);
+  CloseScripts([](const RunningScript& s, std::string_view what) { return s.level == what; },
+               level);
 }
 
 void ScriptHost::CloseAllScripts() {
@@ -128,6 +129,8 @@ void ScriptHost::Retire(RunningScript& script) {
 void ScriptHost::DropRecord(lua_State* state) {
   if (RunningScript* script = FindScript(state)) {
     for (const auto& [message, owner] : script->listeners) messages_.UnListen(message, owner);
+    // A state whose close waits for its running call must not reach the freed record.
+    SetRecordSlot(state, nullptr);
   }
   std::erase_if(scripts_, [state](const auto& s) { return s->state == state; });
   ++uScriptsChanged_;
@@ -140,7 +143,8 @@ void ScriptHost::TrackListener(lua_State* state, std::string message, std::strin
   }
 }
 
-void ScriptHost::ForgetListener(lua_State* state, std::string_view message, std::string_view owner) {
+void ScriptHost::ForgetListener(lua_State* state, std::string_view message,
+                                std::string_view owner) {
   if (RunningScript* script = FindScript(state)) {
     std::erase_if(script->listeners,
                   [&](const auto& l) { return l.first == message && l.second == owner; });

@@ -1,8 +1,7 @@
 #include "AI/ScriptListener.h"
 
-#include <lua.hpp>
-
 #include <cstdio>
+#include <lua.hpp>
 
 #include "AI/Script.h"
 #include "Core/Assert.h"
@@ -26,7 +25,8 @@ void ScriptListener::Call(MessageArgs args) {
     }
   }
   if (lua_pcall(pState_, static_cast<int>(args.count), 0, 0) != LUA_OK) {
-    std::printf("Error executing lua function \"%s\" : %s\n", sFunction_.c_str(), lua_tostring(pState_, -1));
+    std::printf("Error executing lua function \"%s\" : %s\n", sFunction_.c_str(),
+                lua_tostring(pState_, -1));
     lua_pop(pState_, 1);
   }
 }

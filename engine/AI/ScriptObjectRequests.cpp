@@ -1,9 +1,8 @@
 // The requests that change objects and the AI system's own timers rather than moving bodies:
 // colour, creation from an archetype, destruction, countdowns and the date flag.
 #include <cstdio>
-#include <string>
-
 #include <glm/vec4.hpp>
+#include <string>
 
 #include "AI/DataPath.h"
 #include "AI/ScriptRequests.h"
@@ -55,17 +54,22 @@ void ScriptRequests::CreateObject(MessageArgs args) {
   messages_.SendArgs("msgObjectCreated", copy, name, *level);
 }
 
-void ScriptRequests::DestroyObject(MessageArgs args) { messages_.SendArgs("msgObjectDestroyed", TextAt(args, 0)); }
+void ScriptRequests::DestroyObject(MessageArgs args) {
+  messages_.SendArgs("msgObjectDestroyed", TextAt(args, 0));
+}
 
 void ScriptRequests::SetCountdown(MessageArgs args) {
   const double index = NumberAt(args, 0);
   if (index < 0.0 || index >= static_cast<double>(kCountdownCount)) {
-    std::printf("SCR:SetCountdown: no countdown %g (there are %zu, from 0)\n", index, kCountdownCount);
+    std::printf("SCR:SetCountdown: no countdown %g (there are %zu, from 0)\n", index,
+                kCountdownCount);
     return;
   }
   timers_.countdowns[static_cast<size_t>(index)] = NumberAt(args, 1);
 }
 
-void ScriptRequests::TrackDate(MessageArgs args) { timers_.isDateTracked = NumberAt(args, 0) != 0.0; }
+void ScriptRequests::TrackDate(MessageArgs args) {
+  timers_.isDateTracked = NumberAt(args, 0) != 0.0;
+}
 
 }  // namespace grindle

@@ -20,29 +20,44 @@ std::string TextAt(MessageArgs args, uint32_t i) {
 // A number the script wrote as text ("3") counts as that number; anything else as 0.
 double NumberAt(MessageArgs args, uint32_t i) {
   if (const double* number = args.Get<double>(i)) return *number;
-  if (const std::string* text = args.Get<std::string>(i)) return std::strtod(text->c_str(), nullptr);
+  if (const std::string* text = args.Get<std::string>(i))
+    return std::strtod(text->c_str(), nullptr);
   return 0.0;
 }
 
 const std::vector<std::string_view>& ScriptRequests::Names() {
-  static const std::vector<std::string_view> names = {
-      "SCR:AddForceToObject",    "SCR:AddRelativeForceToObject", "SCR:RotateObjectAboutY",
-      "SCR:RotateObjectWithLightAboutY", "SCR:SetVelocityOnBody", "SCR:SetVelocityXZOnBody",
-      "SCR:SetRelativeVelocityOnBody",   "SCR:SetObjectColor",    "SCR:SetBodySpeed",
-      "SCR:SetControllerVibration",      "SCR:CreateObject",      "SCR:DestroyObject",
-      "SCR:SetCountdown",                "SCR:TrackDate"};
+  static const std::vector<std::string_view> names = {"SCR:AddForceToObject",
+                                                      "SCR:AddRelativeForceToObject",
+                                                      "SCR:RotateObjectAboutY",
+                                                      "SCR:RotateObjectWithLightAboutY",
+                                                      "SCR:SetVelocityOnBody",
+                                                      "SCR:SetVelocityXZOnBody",
+                                                      "SCR:SetRelativeVelocityOnBody",
+                                                      "SCR:SetObjectColor",
+                                                      "SCR:SetBodySpeed",
+                                                      "SCR:SetControllerVibration",
+                                                      "SCR:CreateObject",
+                                                      "SCR:DestroyObject",
+                                                      "SCR:SetCountdown",
+                                                      "SCR:TrackDate"};
   return names;
 }
 
 ScriptRequests::Handler ScriptRequests::HandlerOf(std::string_view request) {
-  static const Handler handlers[] = {
-      &ScriptRequests::AddForce,      &ScriptRequests::AddRelativeForce,
-      &ScriptRequests::RotateAboutY,  &ScriptRequests::RotateWithLightAboutY,
-      &ScriptRequests::SetVelocity,   &ScriptRequests::SetVelocityXZ,
-      &ScriptRequests::SetRelativeVelocity, &ScriptRequests::SetColor,
-      &ScriptRequests::SetSpeed,      &ScriptRequests::SetVibration,
-      &ScriptRequests::CreateObject,  &ScriptRequests::DestroyObject,
-      &ScriptRequests::SetCountdown,  &ScriptRequests::TrackDate};
+  static const Handler handlers[] = {&ScriptRequests::AddForce,
+                                     &ScriptRequests::AddRelativeForce,
+                                     &ScriptRequests::RotateAboutY,
+                                     &ScriptRequests::RotateWithLightAboutY,
+                                     &ScriptRequests::SetVelocity,
+                                     &ScriptRequests::SetVelocityXZ,
+                                     &ScriptRequests::SetRelativeVelocity,
+                                     &ScriptRequests::SetColor,
+                                     &ScriptRequests::SetSpeed,
+                                     &ScriptRequests::SetVibration,
+                                     &ScriptRequests::CreateObject,
+                                     &ScriptRequests::DestroyObject,
+                                     &ScriptRequests::SetCountdown,
+                                     &ScriptRequests::TrackDate};
   const auto& names = Names();
   for (size_t i = 0; i < names.size(); ++i) {
     if (names[i] == request) return handlers[i];
@@ -85,7 +100,8 @@ void ScriptRequests::RotateAboutY(MessageArgs args) {
 void ScriptRequests::RotateWithLightAboutY(MessageArgs args) {
   RotateAboutY(args);
   const DataHandle<Database> object = ObjectNamed(args);
-  const DataHandle<Database> light = object ? object->Find<Database>(KeyOf(WellKnown::Light)) : DataHandle<Database>{};
+  const DataHandle<Database> light =
+      object ? object->Find<Database>(KeyOf(WellKnown::Light)) : DataHandle<Database>{};
   if (!light) return;
   const auto x = light->Find<double>(KeyOf(WellKnown::DirectionX));
   const auto z = light->Find<double>(KeyOf(WellKnown::DirectionZ));
@@ -99,10 +115,13 @@ void ScriptRequests::RotateWithLightAboutY(MessageArgs args) {
 void ScriptRequests::SetVelocity(MessageArgs args) {
   const DataHandle<Database> object = ObjectNamed(args);
   if (!object) return;
-  messages_.SendArgs("msgSetBodyVelocity", object, NumberAt(args, 1), NumberAt(args, 2), NumberAt(args, 3));
+  messages_.SendArgs("msgSetBodyVelocity", object, NumberAt(args, 1), NumberAt(args, 2),
+                     NumberAt(args, 3));
 }
 
-void ScriptRequests::SetVelocityXZ(MessageArgs args) { ForwardWithNumbers("msgSetBodyVelocityXZ", args, 2); }
+void ScriptRequests::SetVelocityXZ(MessageArgs args) {
+  ForwardWithNumbers("msgSetBodyVelocityXZ", args, 2);
+}
 
 // Kept: served as an impulse, which the physics system applies as a replaced velocity.
 void ScriptRequests::SetRelativeVelocity(MessageArgs args) {

@@ -34,7 +34,8 @@ TEST(AISystemLifeCycle, PrintsItsLinesAndListensOnlyWhileStarted) {
     ai.Start();
   });
   EXPECT_EQ(start, "LoadAI\nStartAI\n");
-  for (const char* name : {"ResourceReloaded", "Keyboard", "SCR:DestroyObject", "TogglePauseMsg", "msgRightStick_Up"}) {
+  for (const char* name : {"ResourceReloaded", "Keyboard", "SCR:DestroyObject", "TogglePauseMsg",
+                           "msgRightStick_Up"}) {
     EXPECT_EQ(handler.ListenerCount(name), 1u) << name;
   }
   const std::string stop = CaptureStdout([&] {
@@ -70,7 +71,9 @@ TEST_F(AISystemTest, FramesCountTimersAndDate) {
 }
 
 TEST_F(AISystemTest, PauseStopsScriptUpdatesAndExitToMenuUnpausesOnTheWayToTheTitle) {
-  world_.WriteScript("Tick.lua", "function Update() SetData('GlobalVariables.Ticks', (FindData('GlobalVariables.Ticks') or 0) + 1) end");
+  world_.WriteScript("Tick.lua",
+                     "function Update() SetData('GlobalVariables.Ticks', "
+                     "(FindData('GlobalVariables.Ticks') or 0) + 1) end");
   world_.AddObject("Arena", "Clock", {"Tick.lua"});
   world_.AnnounceLevel("Arena");
   std::vector<std::string> announced;

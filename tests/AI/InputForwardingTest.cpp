@@ -53,7 +53,9 @@ class InputForwardingTest : public InputHarness {
   std::unique_ptr<ScriptWorld> world_;
 };
 
-bool Has(const std::string& log, const std::string& line) { return log.find(line + "\n") != std::string::npos; }
+bool Has(const std::string& log, const std::string& line) {
+  return log.find(line + "\n") != std::string::npos;
+}
 
 TEST_F(InputForwardingTest, KeysArriveTriggeredThenHeldAndDebugKeysAsCheats) {
   SetKey(SDL_SCANCODE_SPACE, true);
@@ -76,7 +78,8 @@ TEST_F(InputForwardingTest, MouseButtonsPositionAndWheelArriveWithTheirValues) {
   EXPECT_TRUE(Has(log, "SCR:MousePosition:100,50")) << log;
 
   WindowMessage(kWmLButtonDown, 0, 110 | (45 << 16));
-  WindowMessage(kWmMouseWheel, static_cast<uint64_t>(static_cast<uint16_t>(-120)) << 16, 110 | (45 << 16));
+  WindowMessage(kWmMouseWheel, static_cast<uint64_t>(static_cast<uint16_t>(-120)) << 16,
+                110 | (45 << 16));
   log = FrameLog();
   EXPECT_TRUE(Has(log, "SCR:MouseButtonTriggered:LEFT")) << log;
   EXPECT_TRUE(Has(log, "SCR:MouseButtonPressed:LEFT")) << log;
@@ -98,7 +101,8 @@ TEST_F(InputForwardingTest, PadButtonsSticksAndStickStepsArriveWithThePadIndex) 
   pad.SetAxis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, 32767);
   FrameLog();  // the pad is seated in this frame
   std::string log = FrameLog();
-  for (int i = 0; i < 3 && log.find("SCR:ControllerButton") == std::string::npos; ++i) log = FrameLog();
+  for (int i = 0; i < 3 && log.find("SCR:ControllerButton") == std::string::npos; ++i)
+    log = FrameLog();
   EXPECT_TRUE(Has(log, "SCR:ControllerButton:A,0")) << log;
   EXPECT_TRUE(Has(log, "SCR:ControllerButtonTriggered:RightTrigger,0")) << log;
   EXPECT_TRUE(Has(log, "SCR:ControllerLeftStick:0,0,-1")) << log;
@@ -118,7 +122,8 @@ TEST_F(InputForwardingTest, LeftStickStepDownReachesScriptedMenus) {
   FrameLog();
   pad.SetAxis(SDL_CONTROLLER_AXIS_LEFTY, 32767);
   std::string log = FrameLog();
-  for (int i = 0; i < 3 && log.find("msgLeftStick_Down") == std::string::npos; ++i) log = FrameLog();
+  for (int i = 0; i < 3 && log.find("msgLeftStick_Down") == std::string::npos; ++i)
+    log = FrameLog();
   EXPECT_TRUE(Has(log, "msgLeftStick_Down:0")) << log;
   EXPECT_TRUE(Has(log, "SCR:MenuDown:0")) << log;
   log = FrameLog();

@@ -79,7 +79,12 @@ function Start()
 end)");
   world_.AddObject("Arena", "Writer", {"Writer.lua"});
   const std::string out = CaptureStdout([&] {
-    handler_.SendArgs("msgObjectCreated", root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("GameObjects")->Find<Database>("Writer"), "Writer", "Arena");
+    handler_.SendArgs("msgObjectCreated",
+                      root_.Find<Database>("Levels")
+                          ->Find<Database>("Arena")
+                          ->Find<Database>("GameObjects")
+                          ->Find<Database>("Writer"),
+                      "Writer", "Arena");
     world_.Deliver();
   });
 
@@ -135,7 +140,8 @@ TEST_F(ScriptApiTest, SendConvertsValuesAndRefusesTooManyArguments) {
   SayHey(" from the crate")
 )");
   ASSERT_EQ(queued.size(), 2u);
-  EXPECT_EQ(queued[0].codes, (std::vector<uint32_t>{kTypeDouble, kTypeString, kTypeString, kTypeDouble}));
+  EXPECT_EQ(queued[0].codes,
+            (std::vector<uint32_t>{kTypeDouble, kTypeString, kTypeString, kTypeDouble}));
   EXPECT_EQ(queued[0].numbers, (std::vector<double>{1.0, 4.0}));
   // A boolean is no string to Lua's conversion, so it travels as the empty text.
   EXPECT_EQ(queued[0].texts, (std::vector<std::string>{"two", ""}));
@@ -144,7 +150,8 @@ TEST_F(ScriptApiTest, SendConvertsValuesAndRefusesTooManyArguments) {
   EXPECT_EQ(queueWhenImmediate, 0u);  // delivered during the call, before anything queued
   EXPECT_EQ(immediate[0].texts, (std::vector<std::string>{"2"}));
   EXPECT_NE(out.find("Can't send message with > 4 arguments\n"), std::string::npos) << out;
-  EXPECT_NE(out.find("Can't send immediate message with > 3 arguments\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("Can't send immediate message with > 3 arguments\n"), std::string::npos)
+      << out;
   EXPECT_NE(out.find("Hey Guys! from the crate\n"), std::string::npos) << out;
 }
 
@@ -172,8 +179,10 @@ function OnBoom() error("boom") end
     handler_.SendArgs("Ping", "again");
     world_.Deliver();
   });
-  EXPECT_NE(out.find("Attempt to pass wrong type of value to lua via message\n"), std::string::npos) << out;
-  EXPECT_NE(out.find("Error executing lua function \"OnBoom\" : Scripts/Probe.lua:9: boom\n"), std::string::npos)
+  EXPECT_NE(out.find("Attempt to pass wrong type of value to lua via message\n"), std::string::npos)
+      << out;
+  EXPECT_NE(out.find("Error executing lua function \"OnBoom\" : Scripts/Probe.lua:9: boom\n"),
+            std::string::npos)
       << out;
   // The last Ping ran after the error: one argument this time.
   EXPECT_EQ(world_.Global("count"), 1.0);
@@ -209,7 +218,8 @@ if SetData then SetData("GlobalVariables.present", present) else print("renewed:
   world_.AnnounceLevel("Arena");
   EXPECT_EQ(world_.Global("present"), 9.0);
   const std::string out = CaptureStdout([&] {
-    world_.ai_.Host()->LoadScript(crate->Find<Database>("Script"), "Levels.Arena.GameObjects.Crate.Script");
+    world_.ai_.Host()->LoadScript(crate->Find<Database>("Script"),
+                                  "Levels.Arena.GameObjects.Crate.Script");
   });
   EXPECT_NE(out.find("renewed:0:LIB\n"), std::string::npos) << out;
 }

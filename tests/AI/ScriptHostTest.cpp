@@ -23,10 +23,17 @@ class ScriptHostTest : public testing::Test {
  protected:
   ScriptHost& Host() { return *world_.ai_.Host(); }
   DataHandle<Database> Registry() {
-    return root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("ComponentLists")->Find<Database>("Scripts");
+    return root_.Find<Database>("Levels")
+        ->Find<Database>("Arena")
+        ->Find<Database>("ComponentLists")
+        ->Find<Database>("Scripts");
   }
   DataHandle<Database> Component(const char* object, const char* name = "Script") {
-    return root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("GameObjects")->Find<Database>(object)->Find<Database>(name);
+    return root_.Find<Database>("Levels")
+        ->Find<Database>("Arena")
+        ->Find<Database>("GameObjects")
+        ->Find<Database>(object)
+        ->Find<Database>(name);
   }
 
   Database root_;
@@ -83,14 +90,16 @@ function End() SayHey(" ended") end
   const std::string first = CaptureStdout([&] { world_.AnnounceLevel("Arena"); });
   EXPECT_NE(first.find("Hey Guys! loaded\n"), std::string::npos) << first;
 
-  const std::string second = CaptureStdout([&] { Host().LoadScript(Component("Crate"), kCratePath); });
+  const std::string second =
+      CaptureStdout([&] { Host().LoadScript(Component("Crate"), kCratePath); });
   const size_t ended = second.find("Hey Guys! ended\n");
   const size_t renewed = second.find("Lua state already exists\n");
   ASSERT_NE(ended, std::string::npos) << second;
   ASSERT_NE(renewed, std::string::npos) << second;
   EXPECT_LT(ended, renewed);
   // The renewed state runs the file again but has only Lua's own libraries.
-  EXPECT_NE(second.find("\nLUA ERR:: Scripts/Renew.lua:2: attempt to call global 'SayHey'"), std::string::npos)
+  EXPECT_NE(second.find("\nLUA ERR:: Scripts/Renew.lua:2: attempt to call global 'SayHey'"),
+            std::string::npos)
       << second;
   EXPECT_EQ(Host().RunningScriptCount(), 1u);
   EXPECT_EQ(Registry()->Find<DataHandle<Database>>(kCratePath)->Get(), Component("Crate").Get());
@@ -135,7 +144,8 @@ TEST_F(ScriptHostTest, ChangedFileReloadsEveryComponentThatUsesIt) {
 
 TEST_F(ScriptHostTest, ScriptErrorsAtLoadArePrintedAndTheGameGoesOn) {
   world_.WriteScript("Broken.lua", "function Update(\n  SetData(\n");
-  world_.WriteScript("Throws.lua", "error('not today')\nfunction Update() SetData('GlobalVariables.Ran', 1) end");
+  world_.WriteScript("Throws.lua",
+                     "error('not today')\nfunction Update() SetData('GlobalVariables.Ran', 1) end");
   world_.AddObject("Arena", "Crate", {"Broken.lua", "Throws.lua", "Missing.lua"});
   const DataHandle<Database> nameless = world_.AddObject("Arena", "Nameless", {});
   nameless->Add<Database>("Script");
@@ -196,7 +206,8 @@ TEST_F(ScriptHostDeathTest, ErrorInsideUpdateOrStartStopsTheProgram) {
         StdoutToStderr();
         world_.Frame();
       },
-      "Error executing lua function \"Update\" : \\(Levels\\.Arena\\.GameObjects\\.Crate\\.Script\\)"
+      "Error executing lua function \"Update\" : "
+      "\\(Levels\\.Arena\\.GameObjects\\.Crate\\.Script\\)"
       "Scripts/Fails\\.lua:3: attempt to index local 't' \\(a nil value\\)\n\\{\\}\n(.|\n)*"
       "DETAILS: Lua Error!(.|\n)*The expression true failed\\.");
 
@@ -211,7 +222,8 @@ TEST_F(ScriptHostDeathTest, ErrorInsideUpdateOrStartStopsTheProgram) {
 }
 
 TEST_F(ScriptHostDeathTest, EndlessLoopIsStoppedNamingTheFileAndFunction) {
-  world_.WriteScript("Loop.lua", "function Update()\n  local n = 0\n  while true do n = n + 1 end\nend");
+  world_.WriteScript("Loop.lua",
+                     "function Update()\n  local n = 0\n  while true do n = n + 1 end\nend");
   world_.AddObject("Arena", "Crate", {"Loop.lua"});
   world_.AnnounceLevel("Arena");
   Host().SetInstructionBudget(5'000'000);
@@ -220,7 +232,8 @@ TEST_F(ScriptHostDeathTest, EndlessLoopIsStoppedNamingTheFileAndFunction) {
         StdoutToStderr();
         world_.Frame();
       },
-      "Error executing lua function \"Update\" : \\(Levels\\.Arena\\.GameObjects\\.Crate\\.Script\\)"
+      "Error executing lua function \"Update\" : "
+      "\\(Levels\\.Arena\\.GameObjects\\.Crate\\.Script\\)"
       "Scripts/Loop\\.lua:3: stopped after 5 million instructions(.|\n)*Lua Error!");
 }
 

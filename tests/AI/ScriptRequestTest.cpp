@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <vector>
-
 #include <glm/vec4.hpp>
+#include <vector>
 
 #include "AI/Script.h"
 #include "Core/MathTypes.h"
@@ -37,16 +36,19 @@ class ScriptRequestTest : public testing::Test {
   // A 1 x 1 x 1 box at (x, y, z) carrying `script`, announced as scripts create objects.
   DataHandle<Database> AddBox(const std::string& name, double x, double y, double z, bool isStatic,
                               const char* script) {
-    const DataHandle<Database> object =
-        script != nullptr ? world_.AddObject("Arena", name, {script}) : world_.AddObject("Arena", name, {});
+    const DataHandle<Database> object = script != nullptr
+                                            ? world_.AddObject("Arena", name, {script})
+                                            : world_.AddObject("Arena", name, {});
     const DataHandle<Database> transform = object->Add<Database>("Transform");
     const double values[] = {x, y, z, 0.0, 0.0, 0.0};
-    const char* keys[] = {"PositionX", "PositionY", "PositionZ", "RotationX", "RotationY", "RotationZ"};
+    const char* keys[] = {"PositionX", "PositionY", "PositionZ",
+                          "RotationX", "RotationY", "RotationZ"};
     for (int i = 0; i < 6; ++i) transform->Add<double>(keys[i], values[i]);
     transform->Add<Vector4>("Scale", Vector4{1, 1, 1, 0});
     const DataHandle<Database> body = object->Add<Database>("Body");
     body->Add<Vector4>("ShapeScale", Vector4{0.5f, 0.5f, 0.5f, 0});
-    for (const char* key : {"ShapeOffsetX", "ShapeOffsetY", "ShapeOffsetZ"}) body->Add<double>(key, 0.0);
+    for (const char* key : {"ShapeOffsetX", "ShapeOffsetY", "ShapeOffsetZ"})
+      body->Add<double>(key, 0.0);
     body->Add<int>("Static", isStatic ? 1 : 0);
     body->Add<double>("GravityFactor", 0.0);
     *root_.Find<std::string>("CurrentLevel") = "Arena";
@@ -69,7 +71,8 @@ class ScriptRequestTest : public testing::Test {
         if (const double* d = args.Get<double>(i)) numbers.push_back(*d);
       }
       captured_[message].push_back(numbers);
-      handles_[message].push_back(args.Get<DataHandle<Database>>(0) ? args.Get<DataHandle<Database>>(0)->Get() : nullptr);
+      handles_[message].push_back(
+          args.Get<DataHandle<Database>>(0) ? args.Get<DataHandle<Database>>(0)->Get() : nullptr);
     });
     return {};
   }
@@ -108,8 +111,9 @@ end)");
 }
 
 TEST_F(ScriptRequestTest, RequestsBecomeEngineMessagesInArgumentOrder) {
-  for (const char* m : {"AddForceToBody", "AddRelativeForceToBody", "SetBodySpeed", "msgSetBodyRotation",
-                        "msgSetBodyVelocityXZ", "msgAddImpulse", "msgSetBodyVelocity"}) {
+  for (const char* m :
+       {"AddForceToBody", "AddRelativeForceToBody", "SetBodySpeed", "msgSetBodyRotation",
+        "msgSetBodyVelocityXZ", "msgAddImpulse", "msgSetBodyVelocity"}) {
     Capture(m);
   }
   std::vector<std::pair<uint32_t, int32_t>> vibration;
@@ -131,7 +135,12 @@ end)");
   const DataHandle<Database> crate = AddBox("Crate", 0, 0, 0, false, nullptr);
   const std::string out = CaptureStdout([&] {
     world_.AddObject("Arena", "Asker", {"Asks.lua"});
-    handler_.SendArgs("msgObjectCreated", root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("GameObjects")->Find<Database>("Asker"), "Asker", "Arena");
+    handler_.SendArgs("msgObjectCreated",
+                      root_.Find<Database>("Levels")
+                          ->Find<Database>("Arena")
+                          ->Find<Database>("GameObjects")
+                          ->Find<Database>("Asker"),
+                      "Asker", "Arena");
     world_.Deliver();
   });
   using V = std::vector<std::vector<double>>;
@@ -162,14 +171,17 @@ function End() SetData("GlobalVariables.ended", FindData("*CurrentObject.*Name")
 function Start() Send("SCR:CreateObject", "Crate", "Crate7") end
 )");
   const DataHandle<Database> archetypes = root_.Add<Database>("GameObjectArchetypes");
-  archetypes->Add<Database>("Crate")->Add<Database>("Script")->Add<std::string>("FileName", "Spawned.lua");
+  archetypes->Add<Database>("Crate")->Add<Database>("Script")->Add<std::string>("FileName",
+                                                                                "Spawned.lua");
   world_.AddObject("Arena", "Spawner", {"Spawner.lua"});
   world_.AnnounceLevel("Arena");
-  const DataHandle<Database> objects = root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("GameObjects");
+  const DataHandle<Database> objects =
+      root_.Find<Database>("Levels")->Find<Database>("Arena")->Find<Database>("GameObjects");
   ASSERT_TRUE(objects->Find<Database>("Crate7"));
   EXPECT_EQ(world_.GlobalText("started"), "Crate7");
   EXPECT_EQ(objects->Find<Database>("Crate7")->Name(), "Crate7");
-  EXPECT_FALSE(archetypes->Find<Database>("Crate")->Find<Database>("Script")->FindEntry("LuaState"));
+  EXPECT_FALSE(
+      archetypes->Find<Database>("Crate")->Find<Database>("Script")->FindEntry("LuaState"));
 
   const std::string again = CaptureStdout([&] {
     handler_.SendArgs("SCR:CreateObject", "Crate", "Crate7");
@@ -207,7 +219,8 @@ TEST_F(ScriptRequestTest, ColourAndLightFollowTheirRequests) {
   EXPECT_NEAR(*light->Find<double>("DirectionX"), 2.0, 1e-9);
   EXPECT_NEAR(*light->Find<double>("DirectionZ"), 0.0, 1e-9);
   EXPECT_EQ(*light->Find<double>("DirectionY"), -1.0);
-  EXPECT_EQ(captured_["msgSetBodyRotation"], (std::vector<std::vector<double>>{{0, 1, 0, M_PI / 2}}));
+  EXPECT_EQ(captured_["msgSetBodyRotation"],
+            (std::vector<std::vector<double>>{{0, 1, 0, M_PI / 2}}));
 }
 
 }  // namespace

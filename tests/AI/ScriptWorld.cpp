@@ -1,8 +1,9 @@
 #include "ScriptWorld.h"
 
+#include <unistd.h>
+
 #include <cmath>
 #include <fstream>
-#include <unistd.h>
 
 #include "Core/MemoryManager.h"
 #include "Core/WellKnownKeys.h"
@@ -63,9 +64,11 @@ DataHandle<Database> ScriptWorld::AddObject(const std::string& level, const std:
 
 void ScriptWorld::AnnounceLevel(const std::string& level) {
   *root_.Find<std::string>("CurrentLevel") = level;
-  const DataHandle<Database> objects = root_.Find<Database>("Levels")->Find<Database>(level)->Find<Database>("GameObjects");
+  const DataHandle<Database> objects =
+      root_.Find<Database>("Levels")->Find<Database>(level)->Find<Database>("GameObjects");
   for (const Database::Record& record : objects->Records()) {
-    handler_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name, level);
+    handler_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name,
+                      level);
   }
   handler_.SendArgs("LevelInitializeComplete", level);
   Deliver();
@@ -82,7 +85,8 @@ double ScriptWorld::Global(const std::string& name) const {
 }
 
 std::string ScriptWorld::GlobalText(const std::string& name) const {
-  const DataHandle<std::string> value = root_.Find<Database>("GlobalVariables")->Find<std::string>(name);
+  const DataHandle<std::string> value =
+      root_.Find<Database>("GlobalVariables")->Find<std::string>(name);
   return value ? *value : "<absent>";
 }
 

@@ -19,7 +19,8 @@ class ScriptWorld {
   ~ScriptWorld();
 
   void WriteScript(const std::string& fileName, const std::string& text) const;
-  // Levels.<level>.GameObjects.<object> with one script component per file ("Script", "Script1"...).
+  // Levels.<level>.GameObjects.<object> with one script component per file ("Script",
+  // "Script1"...).
   DataHandle<Database> AddObject(const std::string& level, const std::string& object,
                                  std::initializer_list<const char*> scriptFiles);
   // Makes `level` current and announces every object of it, then the end of the level's load.
