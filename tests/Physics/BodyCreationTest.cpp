@@ -131,15 +131,6 @@ TEST_F(PhysicsTest, AnnouncingAnObjectAgainReplacesItsBody) {
   EXPECT_EQ(Sim().Records().front()->pObject_->getWorldArrayIndex(), 0);
 }
 
-TEST_F(PhysicsTest, ABodyOutsideTheWorldCubeIsReported) {
-  BoxSpec far;
-  far.position = btVector3(0, -150, 0);
-  MakeObject("Lost", far);
-  const std::string out = CaptureStdout([&] { Announce("Lost"); });
-  EXPECT_NE(out.find("'Lost'"), std::string::npos) << out;
-  EXPECT_NE(Record("Lost"), nullptr);
-}
-
 TEST(PhysicsDeathTest, ASecondPhysicsObjectStops) {
   const auto twoSystems = [] {
     StdoutToStderr();
