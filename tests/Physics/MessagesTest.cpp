@@ -23,7 +23,7 @@ TEST_F(PhysicsTest, AddImpulseReplacesTheVelocityLikeSetBodyVelocity) {
   EXPECT_NEAR(Read("Crate", "PositionX"), 0.0, 1e-6);
 }
 
-TEST_F(PhysicsTest, VelocityRequestsWakeASleepingBody) {
+TEST_F(PhysicsTest, VelocityRequestsAndTransformWritesWakeASleepingBody) {
   BoxSpec floor;
   floor.scale = btVector3(40, 1, 40);
   floor.isStatic = true;
@@ -36,6 +36,13 @@ TEST_F(PhysicsTest, VelocityRequestsWakeASleepingBody) {
   messages_.SendArgs("msgSetBodyVelocity", Handle("Crate"), 3.0, 0.0, 0.0);
   Frames(1);
   EXPECT_GT(Read("Crate", "PositionX"), 0.1);
+
+  // So does a script moving it through its transform: lifted, it falls back.
+  Frames(60);
+  ASSERT_FALSE(Body("Crate").isActive());
+  *TransformOf("Crate").Find<double>("PositionY") = 5.0;
+  Frames(1);
+  EXPECT_LT(Read("Crate", "PositionY"), 5.0 - 0.02);
 }
 
 TEST_F(PhysicsTest, SetVelocityXZKeepsTheVerticalSpeedOfAFallingBody) {

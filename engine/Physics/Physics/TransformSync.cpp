@@ -9,6 +9,11 @@
 namespace grindle {
 namespace {
 
+// Below these, a difference between the database and the body is the rounding of the last
+// write-back, not a move.
+constexpr float kMoveTolerance = 1e-4f;
+constexpr float kTurnTolerance = 1e-6f;
+
 constexpr WellKnown kPositionKeys[3] = {WellKnown::PositionX, WellKnown::PositionY,
                                         WellKnown::PositionZ};
 
@@ -37,6 +42,12 @@ void PushToBody(BodyRecord& record, const TransformSlots& slots) {
   const btTransform placed(btQuaternion(btVector3(0, 1, 0), static_cast<float>(*slots.dhYaw_)),
                            position + record.vOffset_);
   btCollisionObject& body = *record.pObject_;
+  const btTransform& now = body.getWorldTransform();
+  const bool moved =
+      (now.getOrigin() - placed.getOrigin()).length2() > kMoveTolerance * kMoveTolerance ||
+      std::fabs(now.getRotation().dot(placed.getRotation())) < 1.0f - kTurnTolerance;
+  // A sleeping body that a script moves must wake, or it would hang where it was put.
+  if (moved) body.activate();
   body.setWorldTransform(placed);
   body.setInterpolationWorldTransform(placed);
 }
