@@ -71,9 +71,8 @@ void SpotTerms(SpotLight light, vec3 position, vec3 normal, vec3 toEye, inout ve
   if (d > light.Range) return;
   lightVec /= d;
   float cosAngle = dot(-lightVec, normalize(light.Direction));
-  float cone = smoothstep(cos(radians(light.OuterAngle)), cos(radians(light.InnerAngle)), cosAngle);
-  // Full strength inside the inner cone, then the exponent's fall-off towards the outer one.
-  float spot = cone * pow(clamp(cosAngle / cos(radians(light.InnerAngle)), 0.0, 1.0), light.Spot);
+  // The exponent narrows the beam; nothing reaches past the outer cone.
+  float spot = cosAngle >= cos(radians(light.OuterAngle)) ? pow(max(cosAngle, 0.0), light.Spot) : 0.0;
   float attenuation = spot / max(dot(light.Att, vec3(1.0, d, d * d)), 0.0001);
   ambient += spot * material.Ambient * light.Ambient;
   float diffuseFactor = dot(lightVec, normal);

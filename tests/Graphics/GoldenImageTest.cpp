@@ -1,0 +1,215 @@
+// Fixed scenes rendered headless on llvmpipe and compared with the reference images in golden/.
+// Tolerance: the mean absolute channel difference stays under 2/255 and at most 1% of the pixels
+// differ by more than 24/255 in some channel (room for rasteriser rounding, none for a changed
+// scene). GRINDLE_UPDATE_GOLDEN=1 rewrites the references instead of comparing. Each scene also
+// checks the property it exists for with a direct pixel test, so a wrong reference cannot pass.
+#include "RendererFixture.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+#include <stb_image.h>
+#include <stb_image_write.h>
+
+#include "Core/MathTypes.h"
+#include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+
+namespace grindle::gfx {
+namespace {
+
+constexpr double kMeanTolerance = 2.0 / 255.0;
+constexpr double kOutlierChannel = 24.0 / 255.0;
+constexpr double kOutlierFraction = 0.01;
+
+float Luma(const glm::vec4& c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
+
+class GoldenImageTest : public RendererFixture {
+ protected:
+  void ExpectMatchesGolden(const Image& image, const std::string& name) {
+    const std::string path = std::string(GRINDLE_GOLDEN_DIR) + "/" + name + ".png";
+    if (std::getenv("GRINDLE_UPDATE_GOLDEN") != nullptr) {
+      ASSERT_NE(stbi_write_png(path.c_str(), image.width, image.height, 4, image.rgba.data(),
+                               image.width * 4), 0);
+      return;
+    }
+    int width = 0, height = 0, channels = 0;
+    unsigned char* reference = stbi_load(path.c_str(), &width, &height, &channels, 4);
+    ASSERT_NE(reference, nullptr) << "no reference image " << path;
+    ASSERT_EQ(width, image.width);
+    ASSERT_EQ(height, image.height);
+    double total = 0.0;
+    size_t outliers = 0;
+    const size_t pixels = static_cast<size_t>(width) * static_cast<size_t>(height);
+    for (size_t i = 0; i < pixels; ++i) {
+      bool outlier = false;
+      for (size_t c = 0; c < 3; ++c) {
+        const double d = std::abs(static_cast<int>(image.rgba[i * 4 + c]) - static_cast<int>(reference[i * 4 + c])) / 255.0;
+        total += d;
+        outlier = outlier || d > kOutlierChannel;
+      }
+      if (outlier) ++outliers;
+    }
+    stbi_image_free(reference);
+    EXPECT_LT(total / static_cast<double>(pixels * 3), kMeanTolerance) << name;
+    EXPECT_LE(static_cast<double>(outliers) / static_cast<double>(pixels), kOutlierFraction) << name;
+  }
+
+  Database& Textured(Database& object, const char* diffuse, const char* specular, const char* normal) {
+    Database& mesh = *object.Find<Database>("Mesh");
+    *mesh.Find<double>("HasTexture") = 1.0;
+    mesh.Add<std::string>("TextureName", diffuse);
+    if (specular != nullptr) {
+      mesh.Add<double>("HasSpecularMap", 1.0);
+      mesh.Add<std::string>("SpecularMapName", specular);
+    }
+    if (normal != nullptr) {
+      mesh.Add<double>("HasNormalMap", 1.0);
+      mesh.Add<std::string>("NormalMapName", normal);
+    }
+    return object;
+  }
+
+  Image RenderLevel(const std::string& name, int frames = 2) {
+    StartLevel(name);
+    for (int i = 0; i < frames; ++i) Frame();
+    return Capture();
+  }
+};
+
+TEST_F(GoldenImageTest, EveryTechniqueVariantOnPrimitives) {
+  Database& level = AddLevel("Techniques");
+  AddCamera(level, {0, 4, -12}, {0, -0.3f, 1});
+  AddMeshObject(level, "Floor", "Grid.mesh", {0, -1, 0}, {30, 1, 30}, {0.6f, 0.6f, 0.6f, 1});
+  AddMeshObject(level, "Plain", "Sphere.mesh", {-6, 0.5f, 0}, {1, 1, 1}, {0.9f, 0.3f, 0.3f, 1});
+  Textured(AddMeshObject(level, "Tex", "Box.mesh", {-3, 0.5f, 0}, {2, 2, 2}, {1, 1, 1, 1}), "Crate.png",
+           nullptr, nullptr);
+  Textured(AddMeshObject(level, "TexSpec", "Cylinder.mesh", {0, 0.5f, 0}, {1, 2, 1}, {1, 1, 1, 1}),
+           "Crate.png", "StripesSpecular.png", nullptr);
+  Textured(AddMeshObject(level, "TexNorm", "Box.mesh", {3, 0.5f, 0}, {2, 2, 2}, {1, 1, 1, 1}),
+           "FloorTiles.png", nullptr, "BumpsNormal.png");
+  Textured(AddMeshObject(level, "TexSpecNorm", "Sphere.mesh", {6, 0.5f, 0}, {1, 1, 1}, {1, 1, 1, 1}),
+           "FloorTiles.png", "StripesSpecular.png", "BumpsNormal.png");
+  const Image image = RenderLevel("Techniques");
+  // Right-handed: +x is on the left of a camera looking along +z, so the untextured red sphere
+  // is on the right, and the crate beside it shows its texture's brown.
+  const glm::vec4 plain = image.At(268, 88);
+  EXPECT_GT(plain.r, plain.g + 0.3f);
+  const glm::vec4 crate = image.At(214, 88);
+  EXPECT_GT(crate.r, crate.b + 0.2f);
+  ExpectMatchesGolden(image, "techniques");
+}
+
+TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColour) {
+  Database& level = AddLevel("Fog");
+  AddCamera(level, {0, 0, 0}, {0, 0, 1});
+  AddMeshObject(level, "Near", "Box.mesh", {-2, 0, 8}, {2, 2, 2}, {1, 0.1f, 0.1f, 1});
+  AddMeshObject(level, "Far", "Box.mesh", {60, 0, 400}, {80, 80, 80}, {1, 0.1f, 0.1f, 1});
+  const Image image = RenderLevel("Fog");
+  const glm::vec4 nearBox = image.At(kWidth / 2 + 40, kHeight / 2);
+  const glm::vec4 farBox = image.At(kWidth / 2 - 25, kHeight / 2);
+  EXPECT_GT(nearBox.r, nearBox.b + 0.3f);
+  // Beyond start + range the fog colour (0.471, 0.471, 0.565) is all that is left.
+  EXPECT_NEAR(farBox.r, 0.471f, 0.02f);
+  EXPECT_NEAR(farBox.b, 0.565f, 0.02f);
+  ExpectMatchesGolden(image, "fog");
+}
+
+TEST_F(GoldenImageTest, ABoxCastsAShadowOnTheFloor) {
+  Database& level = AddLevel("Shadow");
+  AddCamera(level, {0, 12, -10}, {0, -1, 0.8f});
+  AddMeshObject(level, "Floor", "Grid.mesh", {0, 0, 0}, {40, 1, 40}, {0.3f, 0.3f, 0.3f, 1});
+  AddMeshObject(level, "Box", "Box.mesh", {0, 3, 0}, {2, 2, 2}, {0.2f, 0.4f, 0.9f, 1});
+  Database& lifted = AddMeshObject(level, "Unshadowed", "Box.mesh", {-6, 0.5f, 0}, {1, 1, 1}, {0.9f, 0.9f, 0.2f, 1});
+  lifted.Add<double>("IgnoreShadows", 1.0);
+  const Image image = RenderLevel("Shadow");
+  ExpectMatchesGolden(image, "shadow");
+  // The first directional light throws the box's shadow towards +x and +z: up and to the left on
+  // screen, where the floor must be clearly darker than elsewhere in that patch.
+  float darkest = 1.0f, brightest = 0.0f;
+  for (int x = 60; x < 140; ++x) {
+    for (int y = 20; y < 100; ++y) {
+      const glm::vec4 c = image.At(x, y);
+      if (c.b > c.r + 0.15f) continue;  // the blue box itself
+      darkest = std::min(darkest, Luma(c));
+      brightest = std::max(brightest, Luma(c));
+    }
+  }
+  EXPECT_LT(darkest, brightest * 0.8f);
+}
+
+TEST_F(GoldenImageTest, GlowingObjectsBleedLightAroundThem) {
+  Database& level = AddLevel("Glow");
+  AddCamera(level, {0, 0, -10}, {0, 0, 1});
+  Database& orb = AddMeshObject(level, "Orb", "Sphere.mesh", {0, 0, 0}, {1.5f, 1.5f, 1.5f}, {0.2f, 0.2f, 0.2f, 1});
+  Database& glow = *orb.Add<Database>("Glow");
+  glow.Add<double>("r", 0.1);
+  glow.Add<double>("g", 1.0);
+  glow.Add<double>("b", 0.3);
+  const Image image = RenderLevel("Glow", 3);
+  // Just outside the sphere's silhouette the background picks up the green glow.
+  const glm::vec4 halo = image.At(kWidth / 2 + 30, kHeight / 2);
+  const glm::vec4 far = image.At(10, 10);
+  EXPECT_GT(halo.g, far.g + 0.05f);
+  EXPECT_GT(halo.g, halo.r);
+  ExpectMatchesGolden(image, "glow");
+}
+
+TEST_F(GoldenImageTest, FourByThreeWindowShowsBarsAboveAndBelow) {
+  Database& level = AddLevel("Letterbox");
+  AddCamera(level, {0, 0, -5}, {0, 0, 1});
+  AddMeshObject(level, "Wall", "Box.mesh", {0, 0, 5}, {40, 40, 1}, {0.8f, 0.8f, 0.8f, 1});
+  messages_.SendArgs("SetClientWindow", 240.0, 180.0);
+  messages_.Send("OnResize");
+  const Image image = RenderLevel("Letterbox");
+  messages_.SendArgs("SetClientWindow", static_cast<double>(kWidth), static_cast<double>(kHeight));
+  messages_.Send("OnResize");
+  Deliver();
+  ASSERT_EQ(image.width, 240);
+  // (4/3) / (16/9) = 0.75 of the height is picture: 22.5 rows of black above and below.
+  for (int x = 0; x < 240; x += 30) {
+    EXPECT_EQ(image.At(x, 10), glm::vec4(0, 0, 0, 1));
+    EXPECT_EQ(image.At(x, 170), glm::vec4(0, 0, 0, 1));
+    EXPECT_GT(Luma(image.At(x, 90)), 0.2f);
+  }
+  ExpectMatchesGolden(image, "letterbox");
+}
+
+TEST_F(GoldenImageTest, DrawSceneOverMenuShowsTheSceneAsAPictureInPicture) {
+  Database& level = AddLevel("Inset");
+  AddCamera(level, {0, 0, -5}, {0, 0, 1});
+  AddMeshObject(level, "Wall", "Box.mesh", {0, 0, 5}, {40, 40, 1}, {0.8f, 0.8f, 0.8f, 1});
+  root_.Add<Database>("GlobalVariables")->Add<double>("DrawSceneOverMenu", 1.0);
+  const Image image = RenderLevel("Inset");
+  // Half size, centred at (0.1, -0.3) in clip space: pixels 96..256 across and 72..162 down.
+  EXPECT_GT(Luma(image.At(176, 117)), 0.2f);
+  EXPECT_GT(Luma(image.At(100, 160)), 0.2f);
+  EXPECT_EQ(image.At(20, 20), glm::vec4(0, 0, 0, 1));
+  EXPECT_EQ(image.At(90, 117), glm::vec4(0, 0, 0, 1));
+  EXPECT_EQ(image.At(176, 66), glm::vec4(0, 0, 0, 1));
+  EXPECT_EQ(image.At(262, 117), glm::vec4(0, 0, 0, 1));
+  ExpectMatchesGolden(image, "picture_in_picture");
+}
+
+TEST_F(GoldenImageTest, ColourGradesOfTheChainChangeTheImage) {
+  Database& level = AddLevel("Grades");
+  AddCamera(level, {0, 0, -5}, {0, 0, 1});
+  AddMeshObject(level, "Wall", "Box.mesh", {0, 0, 5}, {40, 40, 1}, {0.9f, 0.3f, 0.2f, 1});
+  messages_.SendArgs("msgSetPostProcessing", std::string("GreyScale"));
+  const Image grey = RenderLevel("Grades");
+  const glm::vec4 g = grey.At(kWidth / 2, kHeight / 2);
+  EXPECT_NEAR(g.r, g.g, 1.5f / 255.0f);
+  EXPECT_NEAR(g.g, g.b, 1.5f / 255.0f);
+  messages_.SendArgs("msgSetPostProcessing", std::string("GreyScale,Sepia"));
+  Frame();
+  const glm::vec4 s = Capture().At(kWidth / 2, kHeight / 2);
+  EXPECT_GT(s.r, s.g);
+  EXPECT_GT(s.g, s.b);
+  messages_.SendArgs("msgSetPostProcessing", std::string("Bloom"));
+  Frame();
+  const Image bloom = Capture();
+  ExpectMatchesGolden(bloom, "bloom");
+}
+
+}  // namespace
+}  // namespace grindle::gfx
