@@ -5,6 +5,7 @@
 #include <chrono>
 #include <mutex>
 #include <set>
+#include <thread>
 
 #include "Core/Assert.h"
 #include "Core/MessageHandler.h"
@@ -17,6 +18,9 @@ namespace grindle {
 namespace {
 // The longest name the watcher accepts; anything longer stops the program.
 constexpr size_t kMaxWatchedName = 259;
+// How long destruction waits for a watcher job that a busy pool has not started yet. A job still
+// queued after that keeps the shared state alive (and leaks it if the pool never runs it).
+constexpr auto kJobStartWait = std::chrono::seconds(1);
 }  // namespace
 
 struct WatchedTree {
@@ -29,6 +33,7 @@ struct WatchedTree {
 
   platform::DirectoryWatcher watcher;
   std::atomic<bool> isStopping{false};
+  std::atomic<bool> hasStarted{false};
   std::atomic<int> owners{2};
   std::set<std::string> changedFiles;
   std::mutex mtxChangedFiles_;
@@ -40,6 +45,7 @@ namespace {
 
 uint32_t WatchJob(uintptr_t argument) {
   WatchedTree* tree = reinterpret_cast<WatchedTree*>(argument);
+  tree->hasStarted.store(true);
   {
     std::lock_guard<std::timed_mutex> running(tree->mtxResetIOData_);
     const auto onWritten = [tree](const std::string& name) {
@@ -60,13 +66,16 @@ uint32_t WatchJob(uintptr_t argument) {
 ResourceManager::ResourceManager(ThreadManager& threads, MessageHandler& messages,
                                  const std::string& root)
     : messages_(messages), pTree_(new WatchedTree(root)) {
-  if (!threads.AddJob(&WatchJob, reinterpret_cast<uintptr_t>(pTree_))) {
-    WatchedTree::Release(pTree_);
-  }
+  isJobQueued_ = threads.AddJob(&WatchJob, reinterpret_cast<uintptr_t>(pTree_));
+  if (!isJobQueued_) WatchedTree::Release(pTree_);
 }
 
 ResourceManager::~ResourceManager() {
   pTree_->isStopping.store(true);
+  const auto deadline = std::chrono::steady_clock::now() + kJobStartWait;
+  while (isJobQueued_ && !pTree_->hasStarted.load() && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
   while (!pTree_->mtxResetIOData_.try_lock_for(std::chrono::milliseconds(1))) {
     pTree_->watcher.Wake();
   }

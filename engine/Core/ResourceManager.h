@@ -36,6 +36,7 @@ class ResourceManager {
   // Shared with the watcher job; whichever of the two lets go last frees it, so a job that starts
   // only after this object is gone still finds valid memory and simply ends.
   WatchedTree* pTree_;
+  bool isJobQueued_ = false;
 };
 
 }  // namespace grindle
