@@ -3,6 +3,8 @@
 #include "RendererFixture.h"
 
 #include <cmath>
+#include <cstdio>
+#include <fstream>
 #include <map>
 
 #include <glm/geometric.hpp>
@@ -12,6 +14,7 @@
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "TestOutput.h"
 
 namespace grindle::gfx {
@@ -280,6 +283,43 @@ TEST_F(RendererTest, ScreenshotOfAnEmptySceneIsTheBlackBackBuffer) {
   for (int y = 0; y < kHeight; y += 37) {
     for (int x = 0; x < kWidth; x += 41) EXPECT_EQ(image.At(x, y), glm::vec4(0, 0, 0, 1));
   }
+}
+
+TEST_F(RendererTest, AnEffectThatFailsToCompileNamesFileLineAndMessageAndStaysEmpty) {
+  const std::string path = testing::TempDir() + "broken.fx";
+  {
+    std::ofstream file(path);
+    file << "// a shader author's typo on line 5\n@common\nuniform mat4 gWVP;\n@vertex VS\n"
+            "void main() { gl_Position = gWVP * undeclaredThing; }\n"
+            "@fragment PS\nout vec4 c;\nvoid main() { c = vec4(1); }\n"
+            "@technique T\npass P vertex=VS fragment=PS\n";
+  }
+  testing::internal::CaptureStderr();
+  Effect broken(path);
+  const std::string shown = testing::internal::GetCapturedStderr();
+  EXPECT_FALSE(broken.IsLoaded());
+  EXPECT_NE(shown.find(path + ":5("), std::string::npos) << shown;
+  EXPECT_NE(shown.find("undeclaredThing"), std::string::npos) << shown;
+  // Its handles are inert: drawing with them does nothing rather than crash.
+  EXPECT_FALSE(broken.Technique("T").IsValid());
+  broken.ApplyPass(broken.Technique("T"), 0);
+  broken.SetMatrix(broken.Variable("gWVP"), glm::mat4(1.0f));
+  std::remove(path.c_str());
+
+  const std::string shownMissing = CaptureStdout([] { Effect missing("shaders/Nowhere.fx"); });
+  EXPECT_EQ(shownMissing, "Effect file shaders/Nowhere.fx could not be opened\n");
+}
+
+TEST_F(RendererTest, AMissingTextureFallsBackToTheDefaultWithOneWarning) {
+  TextureStore& textures = Renderer().Textures();
+  std::string first;
+  GLuint texture = 0;
+  first = CaptureStdout([&] { texture = textures.Find("NoSuchTexture.png"); });
+  const std::string second = CaptureStdout([&] { EXPECT_EQ(textures.Find("NoSuchTexture.png"), texture); });
+  EXPECT_EQ(texture, textures.DefaultTexture());
+  EXPECT_NE(first.find("Assets/Textures/NoSuchTexture.png"), std::string::npos) << first;
+  EXPECT_EQ(second, "");
+  EXPECT_NE(textures.Find("Crate.png"), textures.DefaultTexture());
 }
 
 using RendererDeathTest = RendererTest;
