@@ -1,5 +1,6 @@
 // Cost of the physics system's frame (sync in, four fixed steps, sync out) with N boxes on a floor,
-// and of one ray cast among them. Run from the release build: grindle_bench --benchmark_filter=Physics
+// and of one ray cast among them. Run from the release build: grindle_bench
+// --benchmark_filter=Physics
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -25,8 +26,8 @@ class BoxField {
     root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &messages_);
     root_.Add<std::string>("CurrentLevel", "Bench");
     root_.Add<bool>("isGamePaused", false);
-    Database& objects = *root_.Add<Database>("Levels")->Add<Database>("Bench")->Add<Database>(
-        "GameObjects");
+    Database& objects =
+        *root_.Add<Database>("Levels")->Add<Database>("Bench")->Add<Database>("GameObjects");
     AddBox(objects, "Floor", 0, -0.5, 0, 180, true);
     const int side = static_cast<int>(std::ceil(std::sqrt(count)));
     for (int i = 0; i < count; ++i) {

@@ -8,7 +8,8 @@
 
 namespace grindle {
 
-PhysicsInterface::PhysicsInterface() : SystemBase("Physics"), pPhysics_(std::make_unique<Physics>()) {}
+PhysicsInterface::PhysicsInterface()
+    : SystemBase("Physics"), pPhysics_(std::make_unique<Physics>()) {}
 
 PhysicsInterface::~PhysicsInterface() {
   if (isListening_) StopListeningToPhysicsMessages(Messages());
@@ -43,8 +44,7 @@ void PhysicsInterface::Update(float) {
   if (pPhysics_) pPhysics_->Update();
 }
 
-RayHit PhysicsInterface::Cast(double x, double y, double z, double dirX, double dirY,
-                              double dirZ) {
+RayHit PhysicsInterface::Cast(double x, double y, double z, double dirX, double dirY, double dirZ) {
   if (!pPhysics_) return {};
   const auto f = [](double value) { return static_cast<float>(value); };
   return pPhysics_->CastRay(btVector3(f(x), f(y), f(z)), btVector3(f(dirX), f(dirY), f(dirZ)));

@@ -1,8 +1,8 @@
 #include "Physics/PhysicsMessages.h"
 
 #include <array>
-#include <memory>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "Core/WellKnownKeys.h"
@@ -82,7 +82,8 @@ class Handlers {
     if (level == nullptr) return;
     physics_.RemoveAllBodies();
     const Database* levels = FindDatabase(root_, KeyOf(WellKnown::Levels));
-    const Database* levelDb = levels != nullptr ? FindDatabase(*levels, HashValue(*level)) : nullptr;
+    const Database* levelDb =
+        levels != nullptr ? FindDatabase(*levels, HashValue(*level)) : nullptr;
     const Database* objects =
         levelDb != nullptr ? FindDatabase(*levelDb, KeyOf(WellKnown::GameObjects)) : nullptr;
     if (objects == nullptr) return;
@@ -106,7 +107,8 @@ class Handlers {
     }
   }
 
-  // Also serves "msgAddImpulse": the velocity is replaced, never added to, which the game relies on.
+  // Also serves "msgAddImpulse": the velocity is replaced, never added to, which the game relies
+  // on.
   void SetVelocity(MessageArgs args, const char* message) {
     btRigidBody* body = BodyOf(args);
     std::array<float, 3> v{};
@@ -118,8 +120,7 @@ class Handlers {
   void SetVelocityXZ(MessageArgs args) {
     btRigidBody* body = BodyOf(args);
     std::array<float, 2> v{};
-    if (body == nullptr ||
-        !RealArguments(args, "msgSetBodyVelocityXZ", "object handle, x, z", v)) {
+    if (body == nullptr || !RealArguments(args, "msgSetBodyVelocityXZ", "object handle, x, z", v)) {
       return;
     }
     body->activate(true);
@@ -169,8 +170,10 @@ constexpr Route kRoutes[] = {
     {"msgObjectDestroyed", [](Handlers& h, MessageArgs a) { h.ObjectDestroyed(a); }},
     {"msgLoadLevel", [](Handlers& h, MessageArgs a) { h.LoadLevel(a); }},
     {"msgUnloadLevel", [](Handlers& h, MessageArgs) { h.UnloadLevel(); }},
-    {"msgRemoveRotationalVelocity", [](Handlers& h, MessageArgs a) { h.RemoveRotationalVelocity(a); }},
-    {"msgSetBodyVelocity", [](Handlers& h, MessageArgs a) { h.SetVelocity(a, "msgSetBodyVelocity"); }},
+    {"msgRemoveRotationalVelocity",
+     [](Handlers& h, MessageArgs a) { h.RemoveRotationalVelocity(a); }},
+    {"msgSetBodyVelocity",
+     [](Handlers& h, MessageArgs a) { h.SetVelocity(a, "msgSetBodyVelocity"); }},
     {"msgSetBodyVelocityXZ", [](Handlers& h, MessageArgs a) { h.SetVelocityXZ(a); }},
     {"msgAddImpulse", [](Handlers& h, MessageArgs a) { h.SetVelocity(a, "msgAddImpulse"); }},
     {"msgSetBodyRotation", [](Handlers& h, MessageArgs a) { h.SetRotation(a); }},

@@ -1,8 +1,7 @@
 // Bodies built from the database: where they are placed, what they write back, their shapes and the
 // restitution and gravity each kind of object gets.
-#include <glm/glm.hpp>
-
 #include <cmath>
+#include <glm/glm.hpp>
 
 #include "PhysicsFixture.h"
 
@@ -65,8 +64,8 @@ TEST_F(PhysicsTest, EulerAnglesBecomeTheRotationMatrixInRowVectorForm) {
   EXPECT_NEAR(rotation[2][0], std::sin(0.5), 1e-6);
   EXPECT_NEAR(rotation[1][1], 1.0, 1e-6);
   EXPECT_FLOAT_EQ(rotation[3][3], 1.0f);
-  const btVector3 xAxis = Record("Ramp")->pObject_->getWorldTransform().getBasis() *
-                          btVector3(1, 0, 0);
+  const btVector3 xAxis =
+      Record("Ramp")->pObject_->getWorldTransform().getBasis() * btVector3(1, 0, 0);
   EXPECT_NEAR(xAxis.z(), rotation[0][2], 1e-6);
 }
 
@@ -100,9 +99,9 @@ TEST_F(PhysicsTest, RestitutionAndGravityDefaultsFollowTheObjectKind) {
   EXPECT_FLOAT_EQ(Body("Floor").getInvMass(), 0.0f);
   EXPECT_FLOAT_EQ(Body("Crate").getInvMass(), 1.0f);
 
-  const DataHandle<BodyRecord*> kitchen = Objects("Kitchen").Find<Database>("Potato")
-                                              ->Find<Database>("Body")
-                                              ->Find<BodyRecord*>("BodyGetBack");
+  const DataHandle<BodyRecord*> kitchen =
+      Objects("Kitchen").Find<Database>("Potato")->Find<Database>("Body")->Find<BodyRecord*>(
+          "BodyGetBack");
   ASSERT_TRUE(kitchen);
   EXPECT_FLOAT_EQ((*kitchen)->Rigid()->getRestitution(), 0.3f);
   EXPECT_FLOAT_EQ((*kitchen)->Rigid()->getGravity().y(), -2 * kGravity);
@@ -137,7 +136,8 @@ TEST(PhysicsDeathTest, ASecondPhysicsObjectStops) {
     PhysicsInterface first;
     PhysicsInterface second;
   };
-  EXPECT_DEATH(twoSystems(), "FILE: Physics/Physics/Physics.cpp\nLINE: [0-9]+\nDETAILS: to much physics");
+  EXPECT_DEATH(twoSystems(),
+               "FILE: Physics/Physics/Physics.cpp\nLINE: [0-9]+\nDETAILS: to much physics");
   EXPECT_DEATH(twoSystems(), "The expression PHYSICS != mNULL failed\\.");
 }
 

@@ -8,9 +8,8 @@ namespace grindle {
 namespace {
 
 size_t CountOf(const std::vector<Collision>& log, const std::string& message) {
-  return static_cast<size_t>(std::count_if(log.begin(), log.end(), [&](const Collision& c) {
-    return c.message == message;
-  }));
+  return static_cast<size_t>(std::count_if(
+      log.begin(), log.end(), [&](const Collision& c) { return c.message == message; }));
 }
 
 bool Names(const Collision& c, const std::string& a, const std::string& b) {

@@ -148,8 +148,8 @@ TEST_F(PhysicsTest, LoadLevelRebuildsTheBodyListAndUnloadLevelEmptiesIt) {
   messages_.SendArgs("msgUnloadLevel", std::string("Castle"));
   messages_.Deliver(MessageHandler::kDeliverAll);
   EXPECT_TRUE(Sim().Records().empty());
-  EXPECT_FALSE(Objects("Castle").Find<Database>("Crate")->Find<Database>("Body")->FindEntry(
-      "BodyGetBack"));
+  EXPECT_FALSE(
+      Objects("Castle").Find<Database>("Crate")->Find<Database>("Body")->FindEntry("BodyGetBack"));
 }
 
 TEST_F(PhysicsTest, ALevelRemovedBeforeItsUnloadMessageIsNeverTouched) {

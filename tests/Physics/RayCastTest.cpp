@@ -37,8 +37,8 @@ TEST_F(RayCastTest, StraightDownOntoAnObjectTenUnitsBelowGivesTenAndItsName) {
 TEST_F(RayCastTest, MissesZeroDirectionsAndTargetsBeyondTwoHundredGiveNoHit) {
   AddSlab("Target", btVector3(0, -0.5f, 0));
   AddSlab("Far", btVector3(60, -0.5f, 10));
-  for (const RayHit& miss : {Cast(0, 10, 0, 0, 1, 0), Cast(0, 10, 0, 0, 0, 0),
-                             Cast(-150, 0, 0, 0, 0, 1)}) {
+  for (const RayHit& miss :
+       {Cast(0, 10, 0, 0, 1, 0), Cast(0, 10, 0, 0, 0, 0), Cast(-150, 0, 0, 0, 0, 1)}) {
     EXPECT_DOUBLE_EQ(miss.distance, -1.0);
     EXPECT_EQ(miss.name, "BODY_NOT_FOUND");
   }

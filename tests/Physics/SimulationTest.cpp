@@ -1,8 +1,7 @@
 // The frame step end to end: gravity, resting contact, rotation locks, the yaw read back through
 // asin, pausing, and the database as the authority between frames.
-#include <glm/glm.hpp>
-
 #include <cmath>
+#include <glm/glm.hpp>
 #include <numbers>
 
 #include "PhysicsFixture.h"

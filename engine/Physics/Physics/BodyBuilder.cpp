@@ -1,10 +1,10 @@
 #include "Physics/Physics/BodyBuilder.h"
 
+#include <BulletCollision/CollisionDispatch/btGhostObject.h>
+
 #include <cmath>
 #include <cstdio>
 #include <string>
-
-#include <BulletCollision/CollisionDispatch/btGhostObject.h>
 
 #include "Core/WellKnownKeys.h"
 #include "Physics/Physics/DatabaseValues.h"

@@ -16,7 +16,7 @@ inline constexpr float kConvexRadius = 0.05f;
 inline constexpr float kDefaultBounce = 0.95f;
 
 // Name rules the game's objects rely on.
-bool IsPhantomName(std::string_view name);     // contains "PowerUp": a trigger volume
+bool IsPhantomName(std::string_view name);       // contains "PowerUp": a trigger volume
 bool SpinsAboutVertical(std::string_view name);  // "Potato" or contains "Missile"
 
 // Null when the object has no "Body" (nothing to build) or no "Transform" (reported).

@@ -4,11 +4,11 @@
 // for exactly as long as the record is in the list. Main thread only.
 #pragma once
 
+#include <btBulletDynamicsCommon.h>
+
 #include <cstdint>
 #include <memory>
 #include <string>
-
-#include <btBulletDynamicsCommon.h>
 
 namespace grindle {
 

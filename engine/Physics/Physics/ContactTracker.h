@@ -4,10 +4,10 @@
 // only; an object must be forgotten before it leaves the world.
 #pragma once
 
+#include <btBulletDynamicsCommon.h>
+
 #include <cstdint>
 #include <vector>
-
-#include <btBulletDynamicsCommon.h>
 
 namespace grindle {
 

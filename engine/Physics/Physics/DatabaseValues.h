@@ -4,10 +4,10 @@
 // is next changed.
 #pragma once
 
+#include <btBulletDynamicsCommon.h>
+
 #include <cstdint>
 #include <string_view>
-
-#include <btBulletDynamicsCommon.h>
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
@@ -23,8 +23,8 @@ btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallbac
 
 // Stores a double under a well-known name, assigning in place when a double is already there.
 void WriteReal(Database& db, WellKnown name, double value);
-// Writes the upper-left 3x3 of the "Rotation" matrix (row-major, row vectors), creating the entry as
-// an identity matrix when it is missing.
+// Writes the upper-left 3x3 of the "Rotation" matrix (row-major, row vectors), creating the entry
+// as an identity matrix when it is missing.
 void WriteRotation(Database& db, const btMatrix3x3& rotation);
 
 Database* FindDatabase(const Database& db, uint32_t key);

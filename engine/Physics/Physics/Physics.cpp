@@ -51,10 +51,11 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
     if (!added->isStatic_) body->activate(true);
   } else {
     // A static power-up, like a static body, ignores other static bodies.
-    const int group = added->isStatic_ ? btBroadphaseProxy::StaticFilter
-                                       : btBroadphaseProxy::DefaultFilter;
-    const int mask = added->isStatic_ ? btBroadphaseProxy::AllFilter ^ btBroadphaseProxy::StaticFilter
-                                      : btBroadphaseProxy::AllFilter;
+    const int group =
+        added->isStatic_ ? btBroadphaseProxy::StaticFilter : btBroadphaseProxy::DefaultFilter;
+    const int mask = added->isStatic_
+                         ? btBroadphaseProxy::AllFilter ^ btBroadphaseProxy::StaticFilter
+                         : btBroadphaseProxy::AllFilter;
     world.addCollisionObject(added->pObject_.get(), group, mask);
   }
   records_.push_back(std::move(record));

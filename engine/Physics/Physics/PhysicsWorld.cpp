@@ -1,9 +1,9 @@
 #include "Physics/Physics/PhysicsWorld.h"
 
+#include <BulletCollision/CollisionDispatch/btManifoldResult.h>
+
 #include <cmath>
 #include <cstdio>
-
-#include <BulletCollision/CollisionDispatch/btManifoldResult.h>
 
 #if defined(__SSE__)
 #include <xmmintrin.h>
@@ -43,7 +43,7 @@ PhysicsWorld::PhysicsWorld() {
   pBroadphase_ = std::make_unique<btAxisSweep3>(-half, half);
   pSolver_ = std::make_unique<btSequentialImpulseConstraintSolver>();
   pWorld_ = std::make_unique<btDiscreteDynamicsWorld>(pDispatcher_.get(), pBroadphase_.get(),
-                                                       pSolver_.get(), pConfiguration_.get());
+                                                      pSolver_.get(), pConfiguration_.get());
   pWorld_->setGravity(btVector3(0, kGravityY, 0));
   pWorld_->getSolverInfo().m_numIterations = kSolverIterations;
 

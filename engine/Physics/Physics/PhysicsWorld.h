@@ -4,9 +4,9 @@
 // must be removed from the world before they are destroyed.
 #pragma once
 
-#include <memory>
-
 #include <btBulletDynamicsCommon.h>
+
+#include <memory>
 
 namespace grindle {
 

@@ -1,6 +1,6 @@
-#include <cmath>
-
 #include <BulletCollision/CollisionDispatch/btCollisionWorld.h>
+
+#include <cmath>
 
 #include "Physics/Physics/Physics.h"
 
@@ -11,7 +11,8 @@ constexpr float kRayLength = 200.0f;
 
 // Phantoms are trigger volumes: rays pass through them.
 struct SolidClosestHit final : btCollisionWorld::ClosestRayResultCallback {
-  SolidClosestHit(const btVector3& from, const btVector3& to) : ClosestRayResultCallback(from, to) {}
+  SolidClosestHit(const btVector3& from, const btVector3& to)
+      : ClosestRayResultCallback(from, to) {}
   bool needsCollision(btBroadphaseProxy* proxy) const override {
     const auto* object = static_cast<const btCollisionObject*>(proxy->m_clientObject);
     if (object->getInternalType() == btCollisionObject::CO_GHOST_OBJECT) return false;

@@ -21,8 +21,8 @@ void BindTransform(Database& transform, const BodyRecord& record, TransformSlots
 void PushToBody(BodyRecord& record, const TransformSlots& slots);
 void PullFromBody(const BodyRecord& record, const TransformSlots& slots);
 
-// The yaw read back from an orientation. Through asin it always lies in -pi/2 .. pi/2: a body turned
-// past a quarter turn reads back folded, which scripts have been written against.
+// The yaw read back from an orientation. Through asin it always lies in -pi/2 .. pi/2: a body
+// turned past a quarter turn reads back folded, which scripts have been written against.
 double YawOf(const btQuaternion& orientation);
 
 }  // namespace grindle
