@@ -13,8 +13,8 @@
 namespace grindle::gfx {
 namespace {
 
-// The debug box's translucent green is in its vertices; the effect's colour only passes it on.
-constexpr glm::vec4 kDebugColour(0.0f, 1.0f, 0.0f, 0.2f);
+// A zero colour lets the colour effect draw the debug box in its vertices' translucent green.
+constexpr glm::vec4 kUseVertexColour(0.0f);
 
 template <class EffectT, class Tech>
 void DrawPasses(EffectT& effect, Tech technique, const MeshRecord& record) {
@@ -136,7 +136,7 @@ void MeshCompHandler::DrawDebugLines(const glm::mat4& viewProj) {
   const MeshRecord& box = store_.DebugMesh();
   BindVertexBuffer(0, box.vertices, sizeof(DebugVertex));
   BindIndexBuffer(box.indices);
-  effect.SetVector(effect.Var(ColorVar::gColor), kDebugColour);
+  effect.SetVector(effect.Var(ColorVar::gColor), kUseVertexColour);
   // The 2 x 2 x 2 box bounds every radius-1 primitive under the object's own transform.
   listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object, const Database&) {
     effect.SetMatrix(effect.Var(ColorVar::gWVP), viewProj * ReadWorldMatrix(object));

@@ -134,5 +134,29 @@ TEST_F(MeshPassTest, LitPassDrawsEveryListedObjectWithTheTechniqueOfItsMaps) {
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
+TEST_F(MeshPassTest, ShadowCastersAndDebugBoxesCoverEveryListedObject) {
+  AddDrawable("Crate", "Box.mesh");
+  const auto ghost = AddDrawable("Ghost", "Cylinder.mesh");
+  ghost->Add<double>("IgnoreShadows", 1.0);
+  BuildShadowMapEffect& shadow = *Effects().shadowMap;
+  const uint32_t shadowPasses = shadow.PassCount(shadow.Tech(ShadowTech::BuildShadowMapTech));
+  ASSERT_GT(shadowPasses, 0u);
+  // Objects that ignore shadows still cast them.
+  EXPECT_EQ(PrimitivesDrawnBy([&] { meshes_->DrawShadowCasters(glm::mat4(1.0f)); }),
+            (Triangles("Box.mesh") + Triangles("Cylinder.mesh")) * shadowPasses);
+
+  ColorEffect& colour = *Effects().color;
+  const uint32_t colourPasses = colour.PassCount(colour.Tech(ColorTech::ColorTech));
+  ASSERT_GT(colourPasses, 0u);
+  SetInputLayout(LayoutKind::kPosColor);
+  SetTopology(Topology::kLineStrip);
+  const GLuint segments = PrimitivesDrawnBy([&] { meshes_->DrawDebugLines(glm::mat4(1.0f)); });
+  SetTopology(Topology::kTriangleList);
+  // One strip through the debug box's indices per object.
+  const auto stripSegments = static_cast<GLuint>(BuildDebugMesh().indices.size() - 1);
+  EXPECT_EQ(segments, 2 * stripSegments * colourPasses);
+  EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
 }  // namespace
 }  // namespace grindle::gfx
