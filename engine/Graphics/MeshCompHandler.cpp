@@ -5,6 +5,14 @@
 #include "Core/WellKnownKeys.h"
 
 namespace grindle::gfx {
+namespace {
+
+DataHandle<Database> MeshListOf(const Database& level) {
+  const auto lists = level.Find<Database>(KeyOf(WellKnown::ComponentLists));
+  return lists ? lists->Find<Database>(KeyOf(WellKnown::Meshes)) : DataHandle<Database>();
+}
+
+}  // namespace
 
 std::unique_ptr<MeshPass> CreateMeshPass(Database& root) {
   return std::make_unique<MeshCompHandler>(root);
@@ -18,22 +26,22 @@ DataHandle<Database> MeshCompHandler::FindCurrentLevel() const {
 }
 
 MeshCompHandler::LevelMeshes MeshCompHandler::FindLevelMeshes(const Database& level) const {
-  const auto lists = level.Find<Database>(KeyOf(WellKnown::ComponentLists));
   const auto gameObjects = level.Find<Database>(KeyOf(WellKnown::GameObjects));
-  const auto list = lists ? lists->Find<Database>(KeyOf(WellKnown::Meshes)) : DataHandle<Database>();
+  const DataHandle<Database> list = MeshListOf(level);
   if (!list || !gameObjects) return {};
   return {list.Get(), gameObjects.Get()};
+}
+
+MeshCompHandler::LevelMeshes MeshCompHandler::FindCurrentLevelMeshes() const {
+  const DataHandle<Database> level = FindCurrentLevel();
+  return level ? FindLevelMeshes(*level) : LevelMeshes();
 }
 
 void MeshCompHandler::AddObject(DataHandle<Database> object, std::string_view objectName) {
   if (!object->Find<Database>(KeyOf(WellKnown::Mesh))) return;
   const DataHandle<Database> dhCurLevel = FindCurrentLevel();
-  DataHandle<Database> dhdCurrMeshList;
-  if (dhCurLevel) {
-    if (const auto lists = dhCurLevel->Find<Database>(KeyOf(WellKnown::ComponentLists))) {
-      dhdCurrMeshList = lists->Find<Database>(KeyOf(WellKnown::Meshes));
-    }
-  }
+  const DataHandle<Database> dhdCurrMeshList =
+      dhCurLevel ? MeshListOf(*dhCurLevel) : DataHandle<Database>();
   GRINDLE_ASSERT(!dhdCurrMeshList.IsValid(), "Um hello? component list much?");
   Register(*object, objectName, *dhdCurrMeshList);
 }
@@ -63,9 +71,7 @@ void MeshCompHandler::Register(Database& object, std::string_view objectName, Da
 
 void MeshCompHandler::RemoveObject(std::string_view objectName) {
   const DataHandle<Database> level = FindCurrentLevel();
-  if (!level) return;
-  const auto lists = level->Find<Database>(KeyOf(WellKnown::ComponentLists));
-  const auto list = lists ? lists->Find<Database>(KeyOf(WellKnown::Meshes)) : DataHandle<Database>();
+  const DataHandle<Database> list = level ? MeshListOf(*level) : DataHandle<Database>();
   if (!list) return;
   list->Remove(objectName);
   listed_.Invalidate();

@@ -41,6 +41,8 @@ class MeshCompHandler final : public MeshPass {
     const Database* gameObjects = nullptr;
   };
   LevelMeshes FindLevelMeshes(const Database& level) const;
+  // The same for the current level; both null when there is none.
+  LevelMeshes FindCurrentLevelMeshes() const;
   DataHandle<Database> FindCurrentLevel() const;
   const MeshRecord& BindMesh(const Database& meshComponent);
 

@@ -108,10 +108,8 @@ void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewP
 }
 
 void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
-  const DataHandle<Database> level = FindCurrentLevel();
-  if (!level || !Effects().shadowMap) return;
-  const LevelMeshes meshes = FindLevelMeshes(*level);
-  if (meshes.list == nullptr) return;
+  const LevelMeshes meshes = FindCurrentLevelMeshes();
+  if (meshes.list == nullptr || !Effects().shadowMap) return;
   BuildShadowMapEffect& effect = *Effects().shadowMap;
   SetInputLayout(LayoutKind::kMesh);
   effect.SetMatrix(effect.Var(ShadowVar::gViewProj), lightViewProj);
@@ -128,10 +126,8 @@ void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
 }
 
 void MeshCompHandler::DrawDebugLines(const glm::mat4& viewProj) {
-  const DataHandle<Database> level = FindCurrentLevel();
-  if (!level || !Effects().color) return;
-  const LevelMeshes meshes = FindLevelMeshes(*level);
-  if (meshes.list == nullptr) return;
+  const LevelMeshes meshes = FindCurrentLevelMeshes();
+  if (meshes.list == nullptr || !Effects().color) return;
   ColorEffect& effect = *Effects().color;
   const MeshRecord& box = store_.DebugMesh();
   BindVertexBuffer(0, box.vertices, sizeof(DebugVertex));

@@ -100,9 +100,10 @@ TEST_F(GoldenImageTest, EveryTechniqueVariantOnPrimitives) {
   ExpectMatchesGolden(image, "techniques");
 }
 
-TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColour) {
+TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColourInFrontOfTheSky) {
   Database& level = AddLevel("Fog");
   AddCamera(level, {0, 0, 0}, {0, 0, 1});
+  level.Find<Database>("GameObjects")->Add<Database>("SkyDome")->Add<std::string>("Sky", "gradient");
   AddMeshObject(level, "Near", "Box.mesh", {-2, 0, 8}, {2, 2, 2}, {1, 0.1f, 0.1f, 1});
   AddMeshObject(level, "Far", "Box.mesh", {60, 0, 400}, {80, 80, 80}, {1, 0.1f, 0.1f, 1});
   const Image image = RenderLevel("Fog");
@@ -112,6 +113,9 @@ TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColour) {
   // Beyond start + range the fog colour (0.471, 0.471, 0.565) is all that is left.
   EXPECT_NEAR(farBox.r, 0.471f, 0.02f);
   EXPECT_NEAR(farBox.b, 0.565f, 0.02f);
+  // Above the horizon the sky's blue, where nothing else is drawn.
+  const glm::vec4 sky = image.At(10, 5);
+  EXPECT_GT(sky.b, sky.r + 0.1f);
   ExpectMatchesGolden(image, "fog");
 }
 

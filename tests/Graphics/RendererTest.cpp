@@ -11,6 +11,7 @@
 
 #include "Core/MathTypes.h"
 #include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/Graphics.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
@@ -320,6 +321,25 @@ TEST_F(RendererTest, AMissingTextureFallsBackToTheDefaultWithOneWarning) {
   EXPECT_NE(first.find("Assets/Textures/NoSuchTexture.png"), std::string::npos) << first;
   EXPECT_EQ(second, "");
   EXPECT_NE(textures.Find("Crate.png"), textures.DefaultTexture());
+}
+
+TEST_F(RendererTest, BothRenderApisGiveTheOpenGLRendererAndOthersNone) {
+  Graphics& graphics = *CurrentGraphics();
+  graphics.SetRenderApi(3);
+  EXPECT_FALSE(graphics.CreateRenderer());
+  EXPECT_EQ(graphics.Renderer(), nullptr);
+  EXPECT_EQ(CurrentRenderer(), nullptr);
+  Frame();  // the system carries on without a renderer
+  graphics.SetRenderApi(kRenderApiSecondary);
+  ASSERT_TRUE(CaptureStdout([&] { EXPECT_TRUE(graphics.CreateRenderer()); }).empty());
+  EXPECT_EQ(graphics.Renderer(), CurrentRenderer());
+  EXPECT_TRUE(Renderer().IsFullScreen());  // a new renderer starts in full screen again
+  EXPECT_FALSE(SceneShadersLoaded());
+  graphics.SetRenderApi(kRenderApiPrimary);
+  messages_.Send("FullScreenMSG");
+  messages_.Send("LoadShaders");
+  Deliver();
+  EXPECT_TRUE(SceneShadersLoaded());
 }
 
 using RendererDeathTest = RendererTest;

@@ -61,10 +61,12 @@ LightManager::LightManager(Database& root)
 
 void LightManager::AddObject(const Database& object, std::string_view objectName) {
   if (object.Find<Database>(KeyOf(WellKnown::Light))) lightObjects_.insert(std::string(objectName));
+  if (object.FindEntry(kSkyEntry) != nullptr) skyObjects_.insert(std::string(objectName));
 }
 
 void LightManager::RemoveObject(std::string_view objectName) {
   lightObjects_.erase(std::string(objectName));
+  skyObjects_.erase(std::string(objectName));
 }
 
 void LightManager::SetTrackedSpotPosition(float x, float z) { trackedSpot_ = glm::vec2(x, z); }
@@ -186,9 +188,8 @@ void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
 
   // The sky belongs to levels that ask for it with an object carrying a `Sky` entry.
   if (const Database* objects = CurrentGameObjects(root_)) {
-    for (const Database::Record& record : objects->Records()) {
-      const DataHandle<Database> object = objects->Find<Database>(record.name);
-      if (object && object->FindEntry("Sky") != nullptr) {
+    for (const std::string& name : skyObjects_) {
+      if (objects->FindEntry(name) != nullptr) {
         sky_.Draw(eye, viewProj, angles_[0]);
         break;
       }

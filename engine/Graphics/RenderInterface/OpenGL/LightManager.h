@@ -29,11 +29,14 @@ class MeshPass;
 
 inline constexpr int kDirectionalShadowSize = 1024;
 inline constexpr int kSpotShadowSize = 512;
+// An object holding an entry of this name (any kind) asks for the sky dome in its level.
+inline constexpr std::string_view kSkyEntry = "Sky";
 
 class LightManager {
  public:
   explicit LightManager(Database& root);
 
+  // Remembers objects with a `Light` component, and those that ask for the sky.
   void AddObject(const Database& object, std::string_view objectName);
   void RemoveObject(std::string_view objectName);
   bool HasObject(std::string_view objectName) const { return lightObjects_.count(std::string(objectName)) != 0; }
@@ -59,6 +62,7 @@ class LightManager {
   LightSet defaults_;
   LightSet lights_;
   std::set<std::string> lightObjects_;
+  std::set<std::string> skyObjects_;
   std::optional<glm::vec2> trackedSpot_;
   std::array<glm::mat4, kDirectionalLightCount> directionalViewProj_{};
   std::array<glm::mat4, kSpotLightCount> spotViewProj_{};
