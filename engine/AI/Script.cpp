@@ -6,6 +6,7 @@
 
 #include "AI/DataPath.h"
 #include "AI/ScriptApi.h"
+#include "AI/ScriptMemory.h"
 #include "AI/ScriptResource.h"
 #include "AI/ScriptWatchdog.h"
 #include "Core/Assert.h"
@@ -49,7 +50,7 @@ ScriptHost::ScriptHost(Database& root, MessageHandler& messages)
 ScriptHost::~ScriptHost() {
   for (auto& script : scripts_) {
     for (const auto& [message, owner] : script->listeners) messages_.UnListen(message, owner);
-    lua_close(script->state);
+    CloseScriptState(script->state);
   }
   for (auto& resource : resources_) resource->Withdraw();
 }
@@ -74,7 +75,7 @@ ScriptHost::RunningScript* ScriptHost::RecordOf(lua_State* state) {
 }
 
 lua_State* ScriptHost::NewState(bool withApi) {
-  lua_State* state = luaL_newstate();
+  lua_State* state = NewScriptState();
   luaL_openlibs(state);
   lua_pushlightuserdata(state, this);
   lua_rawsetp(state, LUA_REGISTRYINDEX, &kHostSlot);

@@ -6,6 +6,7 @@
 
 #include "AI/DataPath.h"
 #include "AI/Script.h"
+#include "AI/ScriptMemory.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
@@ -21,7 +22,7 @@ ScriptHost::Running::Running(ScriptHost& host, lua_State* state) : host_(host) {
 ScriptHost::Running::~Running() {
   host_.active_.pop_back();
   if (host_.active_.empty() && !host_.pendingClose_.empty()) {
-    for (lua_State* state : std::exchange(host_.pendingClose_, {})) lua_close(state);
+    for (lua_State* state : std::exchange(host_.pendingClose_, {})) CloseScriptState(state);
   }
 }
 
@@ -29,7 +30,7 @@ void ScriptHost::RetireState(lua_State* state) {
   if (std::find(active_.begin(), active_.end(), state) != active_.end()) {
     pendingClose_.push_back(state);
   } else {
-    lua_close(state);
+    CloseScriptState(state);
   }
 }
 

@@ -207,22 +207,5 @@ TEST_F(ScriptApiTest, RayCastWithoutAPhysicsSystemMisses) {
   EXPECT_EQ(world_.GlobalText("name"), "");
 }
 
-TEST_F(ScriptApiTest, RenewedStateLacksTheEngineFunctionsButKeepsLuaLibraries) {
-  world_.WriteScript("Check.lua", R"(
-local names = {"SayHey", "FindData", "SetData", "Send", "SendImmediate", "Listen", "UnListen", "RayCast", "RayCastName"}
-local present = 0
-for _, name in ipairs(names) do if type(_G[name]) == "function" then present = present + 1 end end
-if SetData then SetData("GlobalVariables.present", present) else print("renewed:" .. present .. ":" .. string.upper("lib")) end
-)");
-  const DataHandle<Database> crate = world_.AddObject("Arena", "Crate", {"Check.lua"});
-  world_.AnnounceLevel("Arena");
-  EXPECT_EQ(world_.Global("present"), 9.0);
-  const std::string out = CaptureStdout([&] {
-    world_.ai_.Host()->LoadScript(crate->Find<Database>("Script"),
-                                  "Levels.Arena.GameObjects.Crate.Script");
-  });
-  EXPECT_NE(out.find("renewed:0:LIB\n"), std::string::npos) << out;
-}
-
 }  // namespace
 }  // namespace grindle::test
