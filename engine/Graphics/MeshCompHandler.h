@@ -35,7 +35,7 @@ class MeshCompHandler final : public MeshPass {
 
  private:
   void Register(Database& object, std::string_view objectName, Database& list);
-  // The current level's list and its objects; both null when either is missing.
+  // A level's `ComponentLists.Meshes` and `GameObjects`; both null when either is missing.
   struct LevelMeshes {
     const Database* list = nullptr;
     const Database* gameObjects = nullptr;
