@@ -138,7 +138,7 @@ TEST_F(PhysicsTest, LoadLevelRebuildsTheBodyListAndUnloadLevelEmptiesIt) {
   ASSERT_EQ(Sim().Records().size(), 2u);
   EXPECT_EQ(Sim().Records()[0]->sName_, "Barrel");
   EXPECT_EQ(Sim().Records()[1]->sName_, "Crate");
-  EXPECT_EQ(Sim().Records()[1]->sLevel_, "Castle");
+  EXPECT_EQ(Sim().Records()[1]->uLevelKey_, HashValue("Castle"));
   EXPECT_EQ(Record("Old"), nullptr);
 
   // Bodies follow their own level's objects, whichever level is current.

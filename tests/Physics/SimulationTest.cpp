@@ -2,6 +2,7 @@
 // asin, pausing, and the database as the authority between frames.
 #include <cmath>
 #include <glm/glm.hpp>
+#include <limits>
 #include <numbers>
 
 #include "PhysicsFixture.h"
@@ -122,6 +123,28 @@ TEST_F(PhysicsTest, WhilePausedNothingMovesAndScriptWritesWaitForTheResume) {
   Frames(1);
   EXPECT_NEAR(Read("Crate", "PositionY"), 40.0, 0.5);
   EXPECT_LT(Read("Crate", "PositionY"), 40.0);
+}
+
+TEST_F(PhysicsTest, NumbersThatAreNotFiniteNeverReachTheWorld) {
+  BoxSpec spec;
+  spec.position = btVector3(0, std::nanf(""), 0);
+  MakeObject("Broken", spec);
+  const std::string out = CaptureStdout([&] { Announce("Broken"); });
+  EXPECT_EQ(Record("Broken"), nullptr);
+  EXPECT_NE(out.find("'Broken' of level 'Arena' has a position, scale or rotation that is not a "
+                     "finite number"),
+            std::string::npos)
+      << out;
+
+  spec.position = btVector3(0, 10, 0);
+  AddBody("Crate", spec);
+  *TransformOf("Crate").Find<double>("PositionY") = std::numeric_limits<double>::infinity();
+  *TransformOf("Crate").Find<double>("RotationY") = std::nan("");
+  Frames(1);
+  // The body kept falling from where it was, and the database holds its real place again.
+  EXPECT_LT(Read("Crate", "PositionY"), 10.0);
+  EXPECT_GT(Read("Crate", "PositionY"), 9.0);
+  EXPECT_DOUBLE_EQ(Read("Crate", "RotationY"), 0.0);
 }
 
 }  // namespace

@@ -82,11 +82,10 @@ void ReportOutsideWorld(std::string_view name, const btVector3& position) {
   }
   const std::string text = "Physics: body '" + std::string(name) +
                            "' starts outside the 200-unit world cube and will not collide there\n";
-  ReportLibraryError(text.c_str());
+  PrintReport(text);
 }
 
 void MakePhantom(BodyRecord& record, const BodyDescription& d) {
-  record.isPhantom_ = true;
   record.pPhantomShape_ = std::make_unique<btCompoundShape>();
   record.pPhantomShape_->addChildShape(btTransform(btQuaternion::getIdentity(), d.offset),
                                        record.pBox_.get());
@@ -139,16 +138,21 @@ std::unique_ptr<BodyRecord> BuildBody(Database& object, std::string_view name,
     const std::string text = "Physics: object '" + std::string(name) + "' of level '" +
                              std::string(level) +
                              "' has a Body but no Transform; it gets no body\n";
-    ReportLibraryError(text.c_str());
+    PrintReport(text);
     return nullptr;
   }
 
   const BodyDescription d = Describe(*transform, *body, name);
+  if (!IsFinite(d.position) || !IsFinite(d.halfExtents) || !IsFinite(d.orientation)) {
+    PrintReport("Physics: object '" + std::string(name) + "' of level '" + std::string(level) +
+                "' has a position, scale or rotation that is not a finite number; it gets no "
+                "body\n");
+    return nullptr;
+  }
   ReportOutsideWorld(name, d.position);
 
   auto record = std::make_unique<BodyRecord>();
   record->sName_ = std::string(name);
-  record->sLevel_ = std::string(level);
   record->uLevelKey_ = HashValue(level);
   record->uObjectKey_ = HashValue(name);
   record->vOffset_ = d.offset;

@@ -14,12 +14,10 @@ namespace grindle {
 
 struct BodyRecord {
   std::string sName_;
-  std::string sLevel_;
   uint32_t uLevelKey_ = 0;
   uint32_t uObjectKey_ = 0;
   btVector3 vOffset_{0, 0, 0};
   bool isStatic_ = false;
-  bool isPhantom_ = false;
 
   // Declared before the object so that the object, which points at them, goes first.
   std::unique_ptr<btBoxShape> pBox_;

@@ -1,5 +1,6 @@
 #include "Physics/Physics/DatabaseValues.h"
 
+#include <cmath>
 #include <glm/glm.hpp>
 
 #include "Core/MathTypes.h"
@@ -29,6 +30,15 @@ btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallbac
     return btVector3(value->x, value->y, value->z);
   }
   return fallback;
+}
+
+bool IsFinite(const btVector3& v) {
+  return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
+}
+
+bool IsFinite(const btQuaternion& q) {
+  return std::isfinite(q.x()) && std::isfinite(q.y()) && std::isfinite(q.z()) &&
+         std::isfinite(q.w());
 }
 
 void WriteReal(Database& db, WellKnown name, double value) {

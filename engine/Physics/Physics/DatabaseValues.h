@@ -21,6 +21,10 @@ bool ReadFlag(const Database& db, uint32_t key);
 // The x, y, z of a Vector4 or glm::vec4/vec3 entry; `fallback` when absent or of another kind.
 btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallback);
 
+// Whether values read are usable by the library: no NaN, no infinity.
+bool IsFinite(const btVector3& v);
+bool IsFinite(const btQuaternion& q);
+
 // Stores a double under a well-known name, assigning in place when a double is already there.
 void WriteReal(Database& db, WellKnown name, double value);
 // Writes the upper-left 3x3 of the "Rotation" matrix (row-major, row vectors), creating the entry

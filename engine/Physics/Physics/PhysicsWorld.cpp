@@ -33,7 +33,7 @@ void SetFlushToZero() {
 
 }  // namespace
 
-void ReportLibraryError(const char* text) { std::printf("%s", text); }
+void PrintReport(const std::string& text) { std::printf("%s", text.c_str()); }
 
 PhysicsWorld::PhysicsWorld() {
   SetFlushToZero();

@@ -7,6 +7,7 @@
 #include <btBulletDynamicsCommon.h>
 
 #include <memory>
+#include <string>
 
 namespace grindle {
 
@@ -39,8 +40,8 @@ class PhysicsWorld {
   CalculateCombinedCallback previousFriction_;
 };
 
-// Prints a report of the library's (or of a body that the library cannot handle well) to standard
-// output; such reports never stop the program.
-void ReportLibraryError(const char* text);
+// Prints a report on standard output: bodies the library cannot simulate as described, and bad
+// body descriptions. Reports never stop the program.
+void PrintReport(const std::string& text);
 
 }  // namespace grindle

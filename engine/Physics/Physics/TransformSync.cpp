@@ -39,8 +39,11 @@ void PushToBody(BodyRecord& record, const TransformSlots& slots) {
   const btVector3 position(static_cast<float>(*slots.dhPosition_[0]),
                            static_cast<float>(*slots.dhPosition_[1]),
                            static_cast<float>(*slots.dhPosition_[2]));
-  const btTransform placed(btQuaternion(btVector3(0, 1, 0), static_cast<float>(*slots.dhYaw_)),
-                           position + record.vOffset_);
+  const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(*slots.dhYaw_));
+  // A script that wrote a NaN or an infinity does not get to break the world: the body stays, and
+  // the write-back replaces the bad values.
+  if (!IsFinite(position) || !IsFinite(yaw)) return;
+  const btTransform placed(yaw, position + record.vOffset_);
   btCollisionObject& body = *record.pObject_;
   const btTransform& now = body.getWorldTransform();
   const bool moved =
