@@ -8,6 +8,7 @@
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
+#include "Input/Keyboard.h"
 
 namespace grindle {
 namespace {
@@ -18,7 +19,12 @@ constexpr std::string_view kMessages[] = {
     "PlaySong",          "StopSong",           "StopAllSounds",      "PlaySound",
     "PlaySoundAt",       "StopSound",          "PlayVO",             "StopVO",
     "GamePaused",        "PauseAudio",         "UnpauseMusic",       "GameUnpaused",
-    "ToggleSoundsMuteMSG", "ToggleMusicMuteMSG", "WindowActivated",  "Update3DSoundListener"};
+    "ToggleSoundsMuteMSG", "ToggleMusicMuteMSG", "WindowActivated",  "Update3DSoundListener",
+    "Keyboard"};
+
+// The mute keys, clear of the cheat keys (F1-F5) and the free camera (F9).
+constexpr int kSoundsMuteKey = vk::kF1 + 6;
+constexpr int kMusicMuteKey = vk::kF1 + 7;
 
 constexpr std::string_view kMenuLevels[] = {"LevelTitleScreen", "LoadingScreen", "SplashScreens"};
 
@@ -110,6 +116,13 @@ void AudioInterface::ListenAll() {
   on("ToggleMusicMuteMSG", [&audio](MessageArgs) { audio.ToggleMusicMute(); });
   on("WindowActivated", [this](MessageArgs) { ResumeOnMenuLevels(); });
   on("Update3DSoundListener", [this](MessageArgs args) { OnListener(args); });
+  // Sent on as the toggle messages, so that whatever shows the mute state hears of it too.
+  on("Keyboard", [&messages](MessageArgs args) {
+    const Keyboard* keyboard = args.Get<Keyboard>(0);
+    if (keyboard == nullptr) return;
+    if (keyboard->IsTriggered(kSoundsMuteKey)) messages.Send("ToggleSoundsMuteMSG");
+    if (keyboard->IsTriggered(kMusicMuteKey)) messages.Send("ToggleMusicMuteMSG");
+  });
 }
 
 void AudioInterface::OnPlaySong(MessageArgs args) {

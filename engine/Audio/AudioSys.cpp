@@ -34,7 +34,7 @@ void ForEachSong(SoundBank& bank, F&& function) {
 }  // namespace
 
 AudioSys::AudioSys(MessageHandler& messages, const std::string& root)
-    : pool_(device_), bank_(device_, root), messages_(messages) {
+    : bank_(device_, root), pool_(device_), messages_(messages) {
   device_.SetListener({}, listenerForward_, listenerUp_);
 }
 

@@ -1,7 +1,7 @@
 // The audio system's state and what it does: the device, the channels, everything loaded, the
 // music and voice-over channels, the song now playing, volumes, the voice-over flag and the mute
 // states. Created by AudioInterface at Start and destroyed with it; main thread only. Unknown
-// names are ignored. The device is declared first so it outlives the bank and the channels.
+// names are ignored. The device is declared first so it outlives everything played through it.
 #pragma once
 
 #include <string>
@@ -61,8 +61,8 @@ class AudioSys {
   void StartItem(SoundItem& item, float scale, bool isLooping, const Vec3* position);
 
   AudioDevice device_;
-  ChannelPool pool_;
   SoundBank bank_;
+  ChannelPool pool_;  // last, so its channels stop before the bank's buffers and streams go
   MessageHandler& messages_;
   ChannelHandle musicChannel_;
   ChannelHandle voChannel_;

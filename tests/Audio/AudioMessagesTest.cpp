@@ -1,10 +1,12 @@
 // The audio system's message protocol end to end: voice-over notices, pausing and the level-driven
 // resume, positional sound, sound names and their variants, names nobody loaded.
+#include <SDL.h>
 #include <gtest/gtest.h>
 
 #include "Audio/AudioSys.h"
 #include "Audio/SoundBank.h"
 #include "AudioTestRig.h"
+#include "Input/Keyboard.h"
 
 namespace grindle::test {
 namespace {
@@ -164,6 +166,37 @@ TEST(AudioNames, UnknownNamesAndShortMessagesChangeNothing) {
   EXPECT_TRUE(audio.IsMusicPlaying());
   EXPECT_EQ(audio.PlayingChannelCount(), 1);
   EXPECT_EQ(rig.Count("CurrentVOStarted"), 0);
+  rig.Finish();
+}
+
+TEST(AudioKeys, F7AndF8ToggleTheMutesOncePerPress) {
+  AudioRig rig;
+  rig.AddTone("Music", "TitleTheme.wav", 0.3, [](double) { return 0.3; });
+  rig.Track("ToggleSoundsMuteMSG");
+  rig.Track("ToggleMusicMuteMSG");
+  rig.Start();
+  // Keys go in where the platform layer reads them: SDL's own key-state array.
+  Uint8* sdlKeys = const_cast<Uint8*>(SDL_GetKeyboardState(nullptr));
+  Keyboard keyboard;
+  auto frame = [&](std::initializer_list<SDL_Scancode> held) {
+    for (SDL_Scancode key : {SDL_SCANCODE_F7, SDL_SCANCODE_F8, SDL_SCANCODE_M}) sdlKeys[key] = 0;
+    for (SDL_Scancode key : held) sdlKeys[key] = 1;
+    keyboard.Sample();
+    rig.Messages().SendArgs("Keyboard", keyboard);
+    rig.Run(0.0);
+  };
+  frame({});
+  frame({SDL_SCANCODE_F8});
+  frame({SDL_SCANCODE_F8});  // held, not pressed again
+  EXPECT_EQ(rig.Count("ToggleMusicMuteMSG"), 1);
+  EXPECT_EQ(rig.Count("ToggleSoundsMuteMSG"), 0);
+  frame({SDL_SCANCODE_F7});
+  frame({});
+  frame({SDL_SCANCODE_F8, SDL_SCANCODE_M});
+  EXPECT_EQ(rig.Count("ToggleSoundsMuteMSG"), 1);
+  EXPECT_EQ(rig.Count("ToggleMusicMuteMSG"), 2);
+  EXPECT_TRUE(rig.Audio().Audio()->IsMusicPlaying());
+  frame({});
   rig.Finish();
 }
 

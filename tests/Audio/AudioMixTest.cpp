@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Audio/AudioSys.h"
+#include "Audio/SoundBank.h"
 #include "Audio/Stream.h"
 #include "AudioTestRig.h"
 
@@ -139,6 +140,27 @@ TEST_P(AudioSongLoop, OnlyExactlyOneLoops) {
 INSTANTIATE_TEST_SUITE_P(LoopValues, AudioSongLoop,
                          testing::Values(std::pair{1.0, true}, std::pair{0.5, false},
                                          std::pair{0.0, false}));
+
+// The committed demo content: every file decodes, the title theme plays at start and the menu
+// theme takes over when asked.
+TEST(AudioMix, DemoContentLoadsAndItsThemesPlay) {
+  AudioRig rig(GRINDLE_GAME_DIR);
+  rig.Start();
+  SoundBank& bank = rig.Audio().Audio()->Bank();
+  EXPECT_NE(bank.FindSong("MenuTheme"), nullptr);
+  EXPECT_NE(bank.FindSound("Jump"), nullptr);
+  rig.Run(0.3);
+  EXPECT_EQ(rig.Audio().Audio()->CurrentSong(), "TitleTheme");
+  rig.Messages().SendArgs("PlaySong", 1.0, "MenuTheme");  // the window's order: loop, then name
+  rig.Run(0.3);
+  EXPECT_EQ(rig.Audio().Audio()->CurrentSong(), "MenuTheme");
+  EXPECT_EQ(rig.Audio().Audio()->PlayingChannelCount(), 1) << "the title theme gave way";
+  const Mix mix = rig.Finish();
+
+  const std::vector<Span> spans = mix.AudibleSpans(0.01, 0.3);
+  ASSERT_FALSE(spans.empty());
+  EXPECT_GT(spans.front().Length(), 0.4);
+}
 
 }  // namespace
 }  // namespace grindle::test

@@ -132,7 +132,9 @@ double Mix::PeakIn(Span span) const {
   return peak;
 }
 
-AudioRig::AudioRig() : sRoot_(MakeTempDir("grindle_audio_XXXXXX")) {
+AudioRig::AudioRig() : AudioRig(MakeTempDir("grindle_audio_XXXXXX")) { isOwnRoot_ = true; }
+
+AudioRig::AudioRig(std::string assetRoot) : sRoot_(std::move(assetRoot)), isOwnRoot_(false) {
   InternWellKnownKeys();
   root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &handler_);
   pAudio_ = std::make_unique<AudioInterface>(sRoot_);
@@ -140,7 +142,7 @@ AudioRig::AudioRig() : sRoot_(MakeTempDir("grindle_audio_XXXXXX")) {
 
 AudioRig::~AudioRig() {
   pAudio_.reset();
-  std::filesystem::remove_all(sRoot_);
+  if (isOwnRoot_) std::filesystem::remove_all(sRoot_);
 }
 
 void AudioRig::AddTone(const std::string& folder, const std::string& file, double seconds,

@@ -52,6 +52,8 @@ class Mix {
 class AudioRig {
  public:
   AudioRig();
+  // Plays the assets of an existing folder (left as it is) instead of a fresh one.
+  explicit AudioRig(std::string assetRoot);
   ~AudioRig();
 
   // Writes a tone into "Assets/Audio/<folder>/<file>" under the rig's root.
@@ -76,6 +78,7 @@ class AudioRig {
 
  private:
   std::string sRoot_;
+  bool isOwnRoot_ = true;
   Database root_;
   MessageHandler handler_;
   std::unique_ptr<AudioInterface> pAudio_;
