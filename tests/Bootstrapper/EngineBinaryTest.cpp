@@ -62,6 +62,20 @@ TEST(EngineBinary, StartsOnTheRequestedLevelAndDumpsTheDatabaseAtExit) {
   EXPECT_EQ(run.output.find("Database (SplashScreens) ="), std::string::npos);
 }
 
+TEST(EngineBinary, RunsTheBuiltInUnitTestsBeforeAnySystemLoads) {
+  const RunResult run = RunGrindle("--run-unit-tests --workdir '" GRINDLE_GAME_DIR "'");
+  ASSERT_EQ(run.status, 0) << run.output;
+  size_t passed = 0;
+  for (size_t at = run.output.find("[PASSED]"); at != std::string::npos;
+       at = run.output.find("[PASSED]", at + 1)) {
+    ++passed;
+  }
+  EXPECT_EQ(passed, 19u);
+  EXPECT_EQ(run.output.find("[FAILED]"), std::string::npos);
+  EXPECT_GT(run.output.find("LoadAI"), run.output.rfind("[PASSED]"));
+  EXPECT_NE(run.output.find("UnloadInput"), std::string::npos);
+}
+
 TEST(EngineBinary, BrokenInvocationsFailWithAReason) {
   const RunResult badOption = RunGrindle("--frames many", true);
   EXPECT_EQ(badOption.status, 2);

@@ -11,7 +11,7 @@ namespace {
 constexpr const char* kWindowOwner = "";
 }  // namespace
 
-MainWindow::MainWindow(Database& root, void* appInstance) : pAppInstance_(appInstance), root_(root) {
+MainWindow::MainWindow(Database& root) : root_(root) {
   WriteEntry<int>(root_, WellKnown::WindowWidth, iWidth_);
   WriteEntry<int>(root_, WellKnown::WindowHeight, iHeight_);
 }

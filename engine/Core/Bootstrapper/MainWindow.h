@@ -17,7 +17,7 @@ class MessageHandler;
 class MainWindow {
  public:
   // Writes `WindowWidth` and `WindowHeight` (1280 x 720) into the root.
-  explicit MainWindow(Database& root, void* appInstance = nullptr);
+  explicit MainWindow(Database& root);
   ~MainWindow();
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
@@ -31,7 +31,6 @@ class MainWindow {
 
   platform::NativeWindow& Native() { return window_; }
   int Width() const { return iWidth_; }
-  int Height() const { return iHeight_; }
   bool IsActive() const { return isActive_; }
 
  private:
@@ -40,7 +39,6 @@ class MainWindow {
   void OnMouse(const platform::WindowEvent& event);
   void Destroy();
 
-  void* pAppInstance_;
   platform::NativeWindow window_;
   int iWidth_ = 1280;
   int iHeight_ = 720;
