@@ -107,17 +107,25 @@ TEST_F(PhysicsTest, RestitutionAndGravityDefaultsFollowTheObjectKind) {
   EXPECT_FLOAT_EQ((*kitchen)->Rigid()->getGravity().y(), -2 * kGravity);
 }
 
-TEST_F(PhysicsTest, ObjectsWithoutBodyOrTransformGetNoBody) {
+TEST_F(PhysicsTest, BadBodyDescriptionsAreReportedByObjectName) {
   Database& scenery = *Objects().Add<Database>("Tree");
   scenery.Add<Database>("Transform")->Add<double>("PositionY", 3.0);
   Announce("Tree");
   Objects().Add<Database>("Ghost")->Add<Database>("Body");
-  const std::string out = CaptureStdout([&] { Announce("Ghost"); });
+  MakeObject("Flat", BoxSpec{}).Find<Database>("Transform")->Add<double>("Scale", 4.0);
+  const std::string out = CaptureStdout([&] {
+    Announce("Ghost");
+    Announce("Flat");
+  });
 
-  EXPECT_TRUE(Sim().Records().empty());
   EXPECT_FALSE(scenery.Find<Database>("Body"));
-  EXPECT_NE(out.find("'Ghost'"), std::string::npos) << out;
-  EXPECT_NE(out.find("no Transform"), std::string::npos) << out;
+  EXPECT_NE(out.find("object 'Ghost' of level 'Arena' has a Body but no Transform"),
+            std::string::npos)
+      << out;
+  ASSERT_EQ(Sim().Records().size(), 1u);
+  EXPECT_NE(out.find("object 'Flat': Scale must be a vec4 or an xmfloat4"), std::string::npos)
+      << out;
+  EXPECT_FLOAT_EQ(Record("Flat")->pBox_->getHalfExtentsWithMargin().x(), 0.5f);
 }
 
 TEST_F(PhysicsTest, AnnouncingAnObjectAgainReplacesItsBody) {

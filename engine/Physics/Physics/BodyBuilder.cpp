@@ -31,6 +31,18 @@ btVector3 ReadOffset(const Database& body) {
                    static_cast<float>(ReadReal(body, KeyOf(WellKnown::ShapeOffsetZ), 0.0)));
 }
 
+// A scale of (1, 1, 1) when missing; when written as something other than a vector, the same, with
+// a report naming the object and the key.
+btVector3 ReadScale(const Database& group, WellKnown key, std::string_view object) {
+  if (const std::optional<btVector3> scale = ReadVector3(group, KeyOf(key))) return *scale;
+  if (group.FindEntry(KeyOf(key)) != nullptr) {
+    PrintReport("Physics: object '" + std::string(object) +
+                "': " + kWellKnownKeyNames[static_cast<size_t>(key)] +
+                " must be a vec4 or an xmfloat4; 1 1 1 is used\n");
+  }
+  return btVector3(1, 1, 1);
+}
+
 // Yaw, then pitch, then roll, as the renderer's Euler angles read.
 btQuaternion ReadOrientation(const Database& transform) {
   const auto angle = [&](WellKnown key) {
@@ -56,10 +68,9 @@ BodyDescription Describe(Database& transform, const Database& body, std::string_
   d.orientation = ReadOrientation(transform);
   WriteRotation(transform, btMatrix3x3(d.orientation));
 
-  const btVector3 one(1, 1, 1);
-  d.halfExtents = (ReadVector3(transform, KeyOf(WellKnown::Scale), one) *
-                   ReadVector3(body, KeyOf(WellKnown::ShapeScale), one))
-                      .absolute();
+  d.halfExtents =
+      (ReadScale(transform, WellKnown::Scale, name) * ReadScale(body, WellKnown::ShapeScale, name))
+          .absolute();
   d.isStatic = ReadFlag(body, KeyOf(WellKnown::Static));
   d.gravityFactor = ReadReal(body, KeyOf(WellKnown::GravityFactor), 1.0);
   if (body.FindEntry(KeyOf(WellKnown::Restitution)) != nullptr) {

@@ -19,7 +19,7 @@ bool ReadFlag(const Database& db, uint32_t key) {
   return ReadReal(db, key, 0.0) != 0.0;
 }
 
-btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallback) {
+std::optional<btVector3> ReadVector3(const Database& db, uint32_t key) {
   if (const DataHandle<Vector4> value = db.Find<Vector4>(key)) {
     return btVector3(value->x, value->y, value->z);
   }
@@ -29,7 +29,7 @@ btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallbac
   if (const DataHandle<glm::vec3> value = db.Find<glm::vec3>(key)) {
     return btVector3(value->x, value->y, value->z);
   }
-  return fallback;
+  return std::nullopt;
 }
 
 bool IsFinite(const btVector3& v) {

@@ -7,6 +7,7 @@
 #include <btBulletDynamicsCommon.h>
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "Core/Database.h"
@@ -18,8 +19,8 @@ namespace grindle {
 double ReadReal(const Database& db, uint32_t key, double fallback);
 // True when a bool, int or number entry is non-zero.
 bool ReadFlag(const Database& db, uint32_t key);
-// The x, y, z of a Vector4 or glm::vec4/vec3 entry; `fallback` when absent or of another kind.
-btVector3 ReadVector3(const Database& db, uint32_t key, const btVector3& fallback);
+// The x, y, z of a Vector4 or glm::vec4/vec3 entry; nothing when absent or of another kind.
+std::optional<btVector3> ReadVector3(const Database& db, uint32_t key);
 
 // Whether values read are usable by the library: no NaN, no infinity.
 bool IsFinite(const btVector3& v);
