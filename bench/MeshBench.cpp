@@ -4,14 +4,13 @@
 // small beside the pass's own work; glFinish bounds the driver's queue once per pass. The key
 // table holds 7,001 names, so one level cannot name 10,000 objects: larger counts are drawn as
 // several scenes of at most 5,000 objects, each pass drawing all of them.
-#include <benchmark/benchmark.h>
-
 #include <SDL.h>
+#include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -95,7 +94,8 @@ void RunPass(benchmark::State& state, bool glowPass) {
   TextureStore textures("Asphalt.jpg");
   std::vector<std::unique_ptr<MeshScene>> scenes;
   for (int64_t left = state.range(0); left > 0; left -= kObjectsPerScene) {
-    scenes.push_back(std::make_unique<MeshScene>(static_cast<int>(std::min<int64_t>(left, kObjectsPerScene))));
+    scenes.push_back(
+        std::make_unique<MeshScene>(static_cast<int>(std::min<int64_t>(left, kObjectsPerScene))));
   }
   const glm::mat4 viewProj(1.0f);
   for (auto _ : state) {

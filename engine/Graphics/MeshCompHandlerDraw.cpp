@@ -53,31 +53,31 @@ void MeshCompHandler::DrawLit(const LevelMeshes& meshes, const glm::mat4& viewPr
   if (!Effects().basic) return;
   BasicEffect& effect = *Effects().basic;
   SetInputLayout(LayoutKind::kMesh);
-  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
-                                                         const Database& mesh) {
-    const MeshRecord& record = BindMesh(mesh);
-    // GLM products read right to left: world x viewProj is viewProj * world.
-    const glm::mat4 world = ReadWorldMatrix(object);
-    effect.SetMatrix(effect.Var(BasicVar::gWorld), world);
-    effect.SetMatrix(effect.Var(BasicVar::gWorldInvTranspose), glm::inverseTranspose(world));
-    effect.SetMatrix(effect.Var(BasicVar::gWorldViewProj), viewProj * world);
-    effect.SetMatrix(effect.Var(BasicVar::gTexTransform), ReadTextureTransform(object));
+  listed_.ForEach(
+      *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
+        const MeshRecord& record = BindMesh(mesh);
+        // GLM products read right to left: world x viewProj is viewProj * world.
+        const glm::mat4 world = ReadWorldMatrix(object);
+        effect.SetMatrix(effect.Var(BasicVar::gWorld), world);
+        effect.SetMatrix(effect.Var(BasicVar::gWorldInvTranspose), glm::inverseTranspose(world));
+        effect.SetMatrix(effect.Var(BasicVar::gWorldViewProj), viewProj * world);
+        effect.SetMatrix(effect.Var(BasicVar::gTexTransform), ReadTextureTransform(object));
 
-    const LitTechniqueChoice choice = ChooseLitTechnique(mesh);
-    if (choice.diffuseMap) {
-      effect.SetTexture(effect.Var(BasicVar::gDiffuseMap), textures.Find(*choice.diffuseMap));
-    }
-    if (choice.normalMap) {
-      effect.SetTexture(effect.Var(BasicVar::gNormalMap), textures.Find(*choice.normalMap));
-    }
-    if (choice.specularMap) {
-      effect.SetTexture(effect.Var(BasicVar::gSpecularMap), textures.Find(*choice.specularMap));
-    }
-    const MaterialBlock material = ReadMaterial(object);
-    effect.SetRaw(effect.Var(BasicVar::gMaterial), &material, sizeof(material));
-    effect.SetFloat(effect.Var(BasicVar::gHasShadow), ReadShadowFlag(object));
-    DrawPasses(effect, choice.technique, record);
-  });
+        const LitTechniqueChoice choice = ChooseLitTechnique(mesh);
+        if (choice.diffuseMap) {
+          effect.SetTexture(effect.Var(BasicVar::gDiffuseMap), textures.Find(*choice.diffuseMap));
+        }
+        if (choice.normalMap) {
+          effect.SetTexture(effect.Var(BasicVar::gNormalMap), textures.Find(*choice.normalMap));
+        }
+        if (choice.specularMap) {
+          effect.SetTexture(effect.Var(BasicVar::gSpecularMap), textures.Find(*choice.specularMap));
+        }
+        const MaterialBlock material = ReadMaterial(object);
+        effect.SetRaw(effect.Var(BasicVar::gMaterial), &material, sizeof(material));
+        effect.SetFloat(effect.Var(BasicVar::gHasShadow), ReadShadowFlag(object));
+        DrawPasses(effect, choice.technique, record);
+      });
 }
 
 void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewProj,
@@ -87,24 +87,26 @@ void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewP
   BasicEffect* basic = Effects().basic.get();
   const uint32_t textureNameKey = KeyOf(WellKnown::TextureName);
   SetInputLayout(LayoutKind::kMesh);
-  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
-                                                         const Database& mesh) {
-    const std::optional<glm::vec4> glow = ReadGlowColour(object);
-    if (!glow) return;
-    const MeshRecord& record = BindMesh(mesh);
-    effect.SetMatrix(effect.Var(GlowVar::gWorldViewProj), viewProj * ReadWorldMatrix(object));
-    effect.SetVector(effect.Var(GlowVar::gGlowColor), *glow);
-    if (basic) basic->SetFloat(basic->Var(BasicVar::gHasShadow), ReadShadowFlag(object));
-    // An untextured object glows through the default texture rather than whatever was bound last.
-    const auto textureName = mesh.Find<std::string>(textureNameKey);
-    const GLuint texture = textureName ? textures.Find(*textureName) : textures.DefaultTexture();
-    const TechniqueHandle technique = effect.Tech(GlowTech::D3D10_NonSkinnedTech);
-    for (uint32_t pass = 0; pass < effect.PassCount(technique); ++pass) {
-      effect.SetTexture(effect.Var(GlowVar::gDiffuseMap), texture);
-      effect.ApplyPass(technique, pass);
-      DrawIndexed(record.indexCount, 0, 0);
-    }
-  });
+  listed_.ForEach(
+      *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
+        const std::optional<glm::vec4> glow = ReadGlowColour(object);
+        if (!glow) return;
+        const MeshRecord& record = BindMesh(mesh);
+        effect.SetMatrix(effect.Var(GlowVar::gWorldViewProj), viewProj * ReadWorldMatrix(object));
+        effect.SetVector(effect.Var(GlowVar::gGlowColor), *glow);
+        if (basic) basic->SetFloat(basic->Var(BasicVar::gHasShadow), ReadShadowFlag(object));
+        // An untextured object glows through the default texture rather than whatever was bound
+        // last.
+        const auto textureName = mesh.Find<std::string>(textureNameKey);
+        const GLuint texture =
+            textureName ? textures.Find(*textureName) : textures.DefaultTexture();
+        const TechniqueHandle technique = effect.Tech(GlowTech::D3D10_NonSkinnedTech);
+        for (uint32_t pass = 0; pass < effect.PassCount(technique); ++pass) {
+          effect.SetTexture(effect.Var(GlowVar::gDiffuseMap), texture);
+          effect.ApplyPass(technique, pass);
+          DrawIndexed(record.indexCount, 0, 0);
+        }
+      });
 }
 
 void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
@@ -113,16 +115,16 @@ void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
   BuildShadowMapEffect& effect = *Effects().shadowMap;
   SetInputLayout(LayoutKind::kMesh);
   effect.SetMatrix(effect.Var(ShadowVar::gViewProj), lightViewProj);
-  listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object,
-                                                         const Database& mesh) {
-    const MeshRecord& record = BindMesh(mesh);
-    const glm::mat4 world = ReadWorldMatrix(object);
-    effect.SetMatrix(effect.Var(ShadowVar::gWorld), world);
-    effect.SetMatrix(effect.Var(ShadowVar::gWorldInvTranspose), glm::inverseTranspose(world));
-    effect.SetMatrix(effect.Var(ShadowVar::gWorldViewProj), lightViewProj * world);
-    effect.SetMatrix(effect.Var(ShadowVar::gTexTransform), ReadTextureTransform(object));
-    DrawPasses(effect, ShadowTech::BuildShadowMapTech, record);
-  });
+  listed_.ForEach(
+      *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
+        const MeshRecord& record = BindMesh(mesh);
+        const glm::mat4 world = ReadWorldMatrix(object);
+        effect.SetMatrix(effect.Var(ShadowVar::gWorld), world);
+        effect.SetMatrix(effect.Var(ShadowVar::gWorldInvTranspose), glm::inverseTranspose(world));
+        effect.SetMatrix(effect.Var(ShadowVar::gWorldViewProj), lightViewProj * world);
+        effect.SetMatrix(effect.Var(ShadowVar::gTexTransform), ReadTextureTransform(object));
+        DrawPasses(effect, ShadowTech::BuildShadowMapTech, record);
+      });
 }
 
 void MeshCompHandler::DrawDebugLines(const glm::mat4& viewProj) {

@@ -1,10 +1,9 @@
 // Mesh components end to end: a level database built here, "msgLevelObjectCreated" and
 // "msgObjectDestroyed" sent through a real MessageHandler to the handler as the renderer forwards
 // them, the shared store behind a real OpenGL context (SDL offscreen), and the assertions.
-#include "MeshTestLevel.h"
-
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+#include "MeshTestLevel.h"
 #include "TestOutput.h"
 
 namespace grindle::gfx {
@@ -105,7 +104,8 @@ TEST_F(MeshCompHandlerDeathTest, RegistrationStopsOnMissingListOrFilenameOrUnkno
         StdoutToStderr();
         Announce(crate, "Crate");
       },
-      "Um hello\\? component list much\\?(.|\n)*The expression !dhdCurrMeshList.IsValid\\(\\) failed");
+      "Um hello\\? component list much\\?(.|\n)*The expression !dhdCurrMeshList.IsValid\\(\\) "
+      "failed");
 
   root_.Add<std::string>("CurrentLevel", "Elsewhere");
   EXPECT_DEATH(

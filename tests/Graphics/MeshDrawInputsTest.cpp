@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-
 #include <glm/gtc/matrix_inverse.hpp>
 #include <glm/gtc/matrix_transform.hpp>
 #include <glm/gtc/type_ptr.hpp>
@@ -113,8 +112,8 @@ TEST_F(MeshDrawInputsTest, TechniqueFollowsTheMapsPresentInTestOrder) {
       {2.0, 1.0, -1.0, LitTech::D3D10_Tex_Spec_Norm},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "tex " << c.hasTexture << " spec "
-                                    << c.specular.value_or(-9) << " norm " << c.normal.value_or(-9));
+    SCOPED_TRACE(testing::Message() << "tex " << c.hasTexture << " spec " << c.specular.value_or(-9)
+                                    << " norm " << c.normal.value_or(-9));
     Database mesh;
     mesh.Add<double>("HasTexture", c.hasTexture);
     mesh.Add<std::string>("TextureName", "Crate.png");
@@ -127,10 +126,10 @@ TEST_F(MeshDrawInputsTest, TechniqueFollowsTheMapsPresentInTestOrder) {
     const LitTechniqueChoice choice = ChooseLitTechnique(mesh);
     EXPECT_EQ(choice.technique, c.expected);
     const bool textured = c.expected != LitTech::D3D10_NoTextures;
-    const bool specular = c.expected == LitTech::D3D10_Tex_Spec ||
-                          c.expected == LitTech::D3D10_Tex_Spec_Norm;
-    const bool normal = c.expected == LitTech::D3D10_Tex_Norm ||
-                        c.expected == LitTech::D3D10_Tex_Spec_Norm;
+    const bool specular =
+        c.expected == LitTech::D3D10_Tex_Spec || c.expected == LitTech::D3D10_Tex_Spec_Norm;
+    const bool normal =
+        c.expected == LitTech::D3D10_Tex_Norm || c.expected == LitTech::D3D10_Tex_Spec_Norm;
     EXPECT_EQ(choice.diffuseMap ? *choice.diffuseMap : "", textured ? "Crate.png" : "");
     EXPECT_EQ(choice.specularMap ? *choice.specularMap : "", specular ? "CrateSpec.png" : "");
     EXPECT_EQ(choice.normalMap ? *choice.normalMap : "", normal ? "CrateNorm.png" : "");
@@ -146,7 +145,7 @@ TEST_F(MeshDrawInputsTest, MaterialFillsSixtyFourBytesWithAZeroFourthVector) {
   const MaterialBlock block = ReadMaterial(object);
   float raw[16];
   std::memcpy(raw, &block, sizeof(raw));
-  const float expected[16] = {0.1f, 0.2f, 0.3f, 0.0f, 0.4f, 0.5f, 0.6f, 0.7f,
+  const float expected[16] = {0.1f, 0.2f, 0.3f, 0.0f,  0.4f, 0.5f, 0.6f, 0.7f,
                               0.8f, 0.9f, 1.0f, 16.0f, 0.0f, 0.0f, 0.0f, 0.0f};
   for (int i = 0; i < 16; ++i) EXPECT_FLOAT_EQ(raw[i], expected[i]) << "float " << i;
 }

@@ -66,7 +66,8 @@ TEST_F(MeshListTest, NoticesEntriesChangedBehindItsBack) {
   List("Ball");
   ASSERT_EQ(Walk().size(), 2u);
   // Replacing an entry leaves a stale record of the same name; it must not be drawn twice.
-  list_.Add<DataHandle<Database>>("Crate", objects_.Find<Database>("Crate")->Find<Database>("Mesh"));
+  list_.Add<DataHandle<Database>>("Crate",
+                                  objects_.Find<Database>("Crate")->Find<Database>("Mesh"));
   EXPECT_EQ(Walk(), (Names{"Ball", "Crate"}));
   // Removed and re-added keeps the size the same; a walk at most one frame later sees the change.
   list_.Remove("Ball");

@@ -1,8 +1,6 @@
 // The lit and glow passes drawn with the real scene effects from game/shaders on a real context:
 // what reaches GL is counted with a primitives-generated query, and the program left current shows
 // which technique drew.
-#include "MeshTestLevel.h"
-
 #include <unistd.h>
 
 #include "Core/MathTypes.h"
@@ -10,6 +8,7 @@
 #include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+#include "MeshTestLevel.h"
 
 namespace grindle::gfx {
 namespace {
@@ -90,8 +89,7 @@ TEST_F(MeshPassTest, GlowPassDrawsOnlyObjectsThatGlow) {
   const uint32_t passes = glow.PassCount(glow.Tech(GlowTech::D3D10_NonSkinnedTech));
   ASSERT_GT(passes, 0u);
 
-  const GLuint drawn =
-      PrimitivesDrawnBy([&] { meshes_->Draw(true, glm::mat4(1.0f), *textures_); });
+  const GLuint drawn = PrimitivesDrawnBy([&] { meshes_->Draw(true, glm::mat4(1.0f), *textures_); });
   EXPECT_EQ(drawn, (Triangles("Box.mesh") + Triangles("Grid.mesh")) * passes);
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
@@ -107,9 +105,10 @@ TEST_F(MeshPassTest, LitPassDrawsEveryListedObjectWithTheTechniqueOfItsMaps) {
     double hasTexture, specular, normal;
     LitTech technique;
   };
-  for (const Case& c : {Case{0, 1, 1, LitTech::D3D10_NoTextures}, Case{1, 0, 0, LitTech::D3D10_Tex},
-                        Case{1, 0, 1, LitTech::D3D10_Tex_Norm}, Case{1, 1, 0, LitTech::D3D10_Tex_Spec},
-                        Case{1, 1, 1, LitTech::D3D10_Tex_Spec_Norm}}) {
+  for (const Case& c :
+       {Case{0, 1, 1, LitTech::D3D10_NoTextures}, Case{1, 0, 0, LitTech::D3D10_Tex},
+        Case{1, 0, 1, LitTech::D3D10_Tex_Norm}, Case{1, 1, 0, LitTech::D3D10_Tex_Spec},
+        Case{1, 1, 1, LitTech::D3D10_Tex_Spec_Norm}}) {
     SCOPED_TRACE(static_cast<int>(c.technique));
     *mesh.Find<double>("HasTexture") = c.hasTexture;
     mesh.Add<double>("HasSpecularMap", c.specular);

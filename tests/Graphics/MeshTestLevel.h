@@ -3,9 +3,8 @@
 // uploaded or drawn, a hidden SDL window (offscreen driver) with an OpenGL 4.5 core context.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <SDL.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <memory>
@@ -32,8 +31,9 @@ class MeshLevelFixture : public testing::Test {
     };
     messages_.Listen("msgLevelObjectCreated", "Renderer", forward);
     messages_.Listen("msgObjectCreated", "Renderer", forward);
-    messages_.Listen("msgObjectDestroyed", "Renderer",
-                     [this](MessageArgs args) { meshes_->RemoveObject(*args.Get<std::string>(1)); });
+    messages_.Listen("msgObjectDestroyed", "Renderer", [this](MessageArgs args) {
+      meshes_->RemoveObject(*args.Get<std::string>(1));
+    });
   }
   void TearDown() override { meshes_.reset(); }
 
@@ -57,7 +57,8 @@ class MeshLevelFixture : public testing::Test {
   }
 
   void Announce(DataHandle<Database> object, const std::string& name) {
-    messages_.SendArgs("msgLevelObjectCreated", object, name, *root_.Find<std::string>("CurrentLevel"));
+    messages_.SendArgs("msgLevelObjectCreated", object, name,
+                       *root_.Find<std::string>("CurrentLevel"));
     messages_.Deliver(MessageHandler::kDeliverAll);
   }
 

@@ -5,11 +5,10 @@
 // dereferenced without a test: a missing one stops the program with the null-handle assertion.
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include <glm/mat4x4.hpp>
 #include <glm/vec4.hpp>
+#include <optional>
+#include <string>
 
 #include "Graphics/Effects/EffectWrappers.h"
 

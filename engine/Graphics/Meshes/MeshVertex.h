@@ -5,11 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
-
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
+#include <vector>
 
 namespace grindle {
 

@@ -1,7 +1,6 @@
 #include "Graphics/Meshes/PrimitiveGenerators.h"
 
 #include <cmath>
-
 #include <glm/geometric.hpp>
 
 #include "Core/Assert.h"
@@ -109,7 +108,8 @@ MeshData CreateSphere(float radius, uint32_t slices, uint32_t stacks) {
   MeshData mesh;
   const uint32_t ringSize = slices + 1;
   mesh.vertices.reserve(size_t{stacks - 1} * ringSize + 2);
-  mesh.vertices.push_back({{0.0f, radius, 0.0f}, {0.0f, 1.0f, 0.0f}, {0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}});
+  mesh.vertices.push_back(
+      {{0.0f, radius, 0.0f}, {0.0f, 1.0f, 0.0f}, {0.0f, 0.0f}, {1.0f, 0.0f, 0.0f}});
   for (uint32_t i = 1; i < stacks; ++i) {
     const float phi = kPi * static_cast<float>(i) / static_cast<float>(stacks);
     for (uint32_t j = 0; j <= slices; ++j) {
@@ -123,7 +123,8 @@ MeshData CreateSphere(float radius, uint32_t slices, uint32_t stacks) {
     }
   }
   const auto south = static_cast<uint32_t>(mesh.vertices.size());
-  mesh.vertices.push_back({{0.0f, -radius, 0.0f}, {0.0f, -1.0f, 0.0f}, {0.0f, 1.0f}, {1.0f, 0.0f, 0.0f}});
+  mesh.vertices.push_back(
+      {{0.0f, -radius, 0.0f}, {0.0f, -1.0f, 0.0f}, {0.0f, 1.0f}, {1.0f, 0.0f, 0.0f}});
 
   mesh.indices.reserve(size_t{6} * slices * (stacks - 1));
   for (uint32_t j = 0; j < slices; ++j) {
@@ -156,12 +157,11 @@ MeshData CreateCylinder(float bottomRadius, float topRadius, float height, uint3
     for (uint32_t j = 0; j <= slices; ++j) {
       const float theta = 2.0f * kPi * static_cast<float>(j) / static_cast<float>(slices);
       const float c = std::cos(theta), s = std::sin(theta);
-      mesh.vertices.push_back(
-          {{r * c, y, r * s},
-           glm::normalize(glm::vec3(height * c, slope, height * s)),
-           {static_cast<float>(j) / static_cast<float>(slices),
-            1.0f - static_cast<float>(i) / static_cast<float>(stacks)},
-           {-s, 0.0f, c}});
+      mesh.vertices.push_back({{r * c, y, r * s},
+                               glm::normalize(glm::vec3(height * c, slope, height * s)),
+                               {static_cast<float>(j) / static_cast<float>(slices),
+                                1.0f - static_cast<float>(i) / static_cast<float>(stacks)},
+                               {-s, 0.0f, c}});
     }
   }
   for (uint32_t i = 0; i < stacks; ++i) {
