@@ -90,8 +90,11 @@ void TranslateMouseEvent(const SDL_Event& in, WindowEvent& out) {
 }  // namespace
 
 bool PollWindowEvent(WindowEvent& event) {
+  // Pump and take rather than SDL_PollEvent: its end-of-pump sentinel would report an empty queue
+  // while events still wait behind it, and let a frame run before them.
+  SDL_PumpEvents();
   SDL_Event in;
-  if (SDL_PollEvent(&in) == 0) return false;
+  if (SDL_PeepEvents(&in, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) <= 0) return false;
   event = WindowEvent{};
   switch (in.type) {
     case SDL_QUIT: event.kind = WindowEventKind::kQuit; break;

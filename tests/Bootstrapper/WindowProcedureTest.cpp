@@ -84,16 +84,10 @@ class WindowProcedureTest : public testing::Test {
     return event;
   }
   // The next event the window procedure acts on, skipping what the driver adds (shown, hidden...).
-  // SDL's poll may report an empty queue once per pump (its sentinel), so an empty answer is
-  // believed only the second time.
   WindowEvent NextMeaningful() {
     WindowEvent event;
-    for (int empty = 0; empty < 2;) {
-      if (!platform::PollWindowEvent(event)) {
-        ++empty;
-      } else if (event.kind != WindowEventKind::kOther) {
-        return event;
-      }
+    while (platform::PollWindowEvent(event)) {
+      if (event.kind != WindowEventKind::kOther) return event;
     }
     ADD_FAILURE() << "no window event arrived";
     return {};

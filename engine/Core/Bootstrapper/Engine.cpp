@@ -75,7 +75,7 @@ int RunEngine(const EngineOptions& options) {
   systems->LoadAll();
   systems->StartAll();
 
-  FrameLoop loop({*root, *messages, *resources, *levels, *window, *systems});
+  FrameLoop loop({*root, *messages, *resources, *levels, *window, systems->Systems()});
   loop.Run(options.frameLimit);
   AfterFrameLoop(options, *root, *messages);
 

@@ -6,7 +6,7 @@
 #include "Core/Bootstrapper/LevelManager.h"
 #include "Core/Bootstrapper/MainWindow.h"
 #include "Core/Bootstrapper/RootEntries.h"
-#include "Core/Bootstrapper/SystemList.h"
+#include "Core/ISystem.h"
 #include "Core/MessageHandler.h"
 #include "Core/ResourceManager.h"
 #include "Platform/Clock.h"
@@ -52,11 +52,11 @@ void FrameLoop::RunFrame(GameTimer& timer) {
   if (statistics_.FrameDone(timer.TotalTime(), services_.messages.TakeHandledCount())) {
     services_.window.Native().SetTitle(statistics_.Title("Grindle"));
   }
-  services_.levels.ProcessLevelChange(services_.systems.Systems());
+  services_.levels.ProcessLevelChange(services_.systems);
   services_.messages.Deliver(MessageHandler::kDeliverAll);
   const double frameTime = timer.DeltaTime();
   WriteEntry<double>(services_.root, WellKnown::DT, frameTime);
-  services_.systems.UpdateAll(static_cast<float>(frameTime));
+  for (ISystem* system : services_.systems) system->Update(static_cast<float>(frameTime));
   const uint32_t sleep = FrameSleepMilliseconds(timer.SinceLastTick());
   if (sleep > 0) platform::SleepMilliseconds(sleep);
 }

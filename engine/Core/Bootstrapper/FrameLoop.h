@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "Core/Bootstrapper/FrameStatistics.h"
 
@@ -15,7 +16,7 @@ class LevelManager;
 class MainWindow;
 class MessageHandler;
 class ResourceManager;
-class SystemList;
+class ISystem;
 
 // The frame budget, as the float the sleep rule computes with.
 inline constexpr float kFrameSeconds = 0.016666668f;
@@ -29,7 +30,7 @@ struct FrameLoopServices {
   ResourceManager& resources;
   LevelManager& levels;
   MainWindow& window;
-  SystemList& systems;
+  const std::vector<ISystem*>& systems;
 };
 
 class FrameLoop {

@@ -76,10 +76,6 @@ void SystemList::StartAll() {
   for (ISystem* system : systems_) system->Start();
 }
 
-void SystemList::UpdateAll(float dt) {
-  for (ISystem* system : systems_) system->Update(dt);
-}
-
 void SystemList::ExitAll() {
   for (ISystem* system : systems_) system->Exit();
 }

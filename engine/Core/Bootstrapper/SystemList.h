@@ -24,7 +24,6 @@ class SystemList {
   void SynchronizeAll(void** args, int count);
   void LoadAll();
   void StartAll();
-  void UpdateAll(float dt);
   void ExitAll();
   void UnloadAll();
 
