@@ -49,6 +49,7 @@ class LevelObjects {
   bool hasLevel_ = false;
   const Database* pObjects_ = nullptr;
 };
+
 // The root's `CurrentLevel` name, or empty.
 std::string_view CurrentLevelName(const Database& root);
 
