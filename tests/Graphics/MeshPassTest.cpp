@@ -9,6 +9,7 @@
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "MeshTestLevel.h"
+#include "TestOutput.h"
 
 namespace grindle::gfx {
 namespace {
@@ -155,6 +156,21 @@ TEST_F(MeshPassTest, ShadowCastersAndDebugBoxesCoverEveryListedObject) {
   const auto stripSegments = static_cast<GLuint>(BuildDebugMesh().indices.size() - 1);
   EXPECT_EQ(segments, 2 * stripSegments * colourPasses);
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
+TEST_F(MeshPassTest, MissingTextureFileWarnsOnceAndDrawsWithTheDefault) {
+  const auto crate = AddDrawable("Crate", "Box.mesh");
+  *crate->Find<Database>("Mesh")->Find<double>("HasTexture") = 1.0;
+  crate->Find<Database>("Mesh")->Add<std::string>("TextureName", "NoSuchCrate.png");
+  AddDrawable("Twin", "Box.mesh")
+      ->Find<Database>("Mesh")
+      ->Add<std::string>("TextureName", "NoSuchCrate.png");
+  const std::string printed = CaptureStdout([&] {
+    for (int frame = 0; frame < 3; ++frame) meshes_->Draw(false, glm::mat4(1.0f), *textures_);
+  });
+  EXPECT_NE(printed.find("NoSuchCrate.png"), std::string::npos);
+  EXPECT_EQ(printed.find("NoSuchCrate.png"), printed.rfind("NoSuchCrate.png")) << printed;
+  EXPECT_EQ(textures_->Find("NoSuchCrate.png"), textures_->DefaultTexture());
 }
 
 }  // namespace
