@@ -12,6 +12,9 @@
 #include <memory>
 #include <string>
 
+#include <glm/mat4x4.hpp>
+#include <glm/vec4.hpp>
+
 #include "Core/Database.h"
 #include "Core/MathTypes.h"
 #include "Core/MemoryManager.h"

@@ -163,7 +163,8 @@ TEST_F(GoldenImageTest, FourByThreeWindowShowsBarsAboveAndBelow) {
   Database& level = AddLevel("Letterbox");
   AddCamera(level, {0, 0, -5}, {0, 0, 1});
   AddMeshObject(level, "Wall", "Box.mesh", {0, 0, 5}, {40, 40, 1}, {0.8f, 0.8f, 0.8f, 1});
-  messages_.SendArgs("SetClientWindow", 240.0, 180.0);
+  // As the window procedure sends it: unsigned sizes.
+  messages_.SendArgs("SetClientWindow", 240u, 180u);
   messages_.Send("OnResize");
   const Image image = RenderLevel("Letterbox");
   messages_.SendArgs("SetClientWindow", static_cast<double>(kWidth), static_cast<double>(kHeight));

@@ -60,10 +60,7 @@ bool ReadFile(const std::string& fileName, std::string& text) {
   return true;
 }
 
-}  // namespace
-
-namespace {
-
+// Passes that compile the same stages with the same defines share one program.
 std::string ProgramKey(const PassSource& pass) {
   std::string key = pass.vertex + "|" + pass.geometry + "|" + pass.fragment;
   for (const std::string& define : pass.defines) key += "|" + define;

@@ -30,9 +30,12 @@ std::string TextArgument(const MessageArgs& args, uint32_t index) {
   return text != nullptr ? *text : std::string();
 }
 
+// Scripts and files send doubles; the window procedure sends its sizes as unsigned integers.
 float NumberArgument(const MessageArgs& args, uint32_t index) {
-  const double* number = args.Get<double>(index);
-  return number != nullptr ? static_cast<float>(*number) : 0.0f;
+  if (const double* number = args.Get<double>(index)) return static_cast<float>(*number);
+  if (const unsigned int* number = args.Get<unsigned int>(index)) return static_cast<float>(*number);
+  if (const int* number = args.Get<int>(index)) return static_cast<float>(*number);
+  return 0.0f;
 }
 
 DataHandle<Database> ObjectArgument(const MessageArgs& args, uint32_t index) {
