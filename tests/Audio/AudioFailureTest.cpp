@@ -53,16 +53,20 @@ TEST_P(AudioNoOutputTest, GameRunsAndLinesStillFinish) {
   auto runWithoutSpeakers = [&output] {
     StdoutToStderr();
     setenv("ALSOFT_DRIVERS", output.drivers, 1);
-    AudioRig rig;
-    rig.AddTone("VO", "Line.wav", 0.1, [](double) { return 0.3; });
-    rig.AddTone("Music", "TitleTheme.wav", 0.2, [](double) { return 0.3; });
-    rig.Track("CurrentVOFinished");
-    rig.Start();
-    rig.Messages().SendArgs("PlayVO", "Line");
-    rig.Run(0.3);
-    const bool isTitlePlaying = rig.Audio().Audio()->IsMusicPlaying();
-    const int finished = rig.Count("CurrentVOFinished");
-    rig.Finish();
+    int finished = 0;
+    bool isTitlePlaying = false;
+    {
+      AudioRig rig;
+      rig.AddTone("VO", "Line.wav", 0.1, [](double) { return 0.3; });
+      rig.AddTone("Music", "TitleTheme.wav", 0.2, [](double) { return 0.3; });
+      rig.Track("CurrentVOFinished");
+      rig.Start();
+      rig.Messages().SendArgs("PlayVO", "Line");
+      rig.Run(0.3);
+      isTitlePlaying = rig.Audio().Audio()->IsMusicPlaying();
+      finished = rig.Count("CurrentVOFinished");
+      rig.Finish();
+    }
     std::printf("finished %d, title %d\n", finished, isTitlePlaying ? 1 : 0);
     std::exit(finished == 1 && isTitlePlaying ? 0 : 1);
   };

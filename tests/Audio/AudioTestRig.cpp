@@ -1,7 +1,11 @@
 #include "AudioTestRig.h"
 
+#include <signal.h>
 #include <sndfile.h>
 #include <stdlib.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include <chrono>
 #include <cmath>
@@ -19,16 +23,36 @@ namespace {
 
 constexpr int kRate = 48000;
 
-std::string MakeTempDir(const char* pattern) {
-  std::string path = (std::filesystem::temp_directory_path() / pattern).string();
-  if (mkdtemp(path.data()) == nullptr) std::abort();
-  return path;
+// Every folder a test process makes lives under one parent, named after the process. Death-test
+// children stop without cleaning up, so each process first removes what dead processes left.
+std::filesystem::path TestFolders() {
+  return std::filesystem::temp_directory_path() / "grindle_audio_tests";
+}
+
+void RemoveFoldersOfDeadProcesses() {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(TestFolders(), error)) {
+    const pid_t owner = static_cast<pid_t>(std::atol(entry.path().filename().c_str()));
+    if (owner > 0 && kill(owner, 0) == -1 && errno == ESRCH) {
+      std::filesystem::remove_all(entry.path(), error);
+    }
+  }
+}
+
+std::string MakeTempDir(const char* kind) {
+  static int made = 0;
+  const std::filesystem::path path =
+      TestFolders() / (std::to_string(getpid()) + "_" + kind + "_" + std::to_string(++made));
+  std::filesystem::create_directories(path);
+  return path.string();
 }
 
 // Runs before main, so the configuration is in place before OpenAL reads it (once per process).
+// The path is never freed: the exit handler that removes the folder runs after static destructors.
 const std::string& MixPath() {
-  static const std::string path = [] {
-    const std::string dir = MakeTempDir("grindle_alsoft_XXXXXX");
+  static const std::string* path = [] {
+    RemoveFoldersOfDeadProcesses();
+    const std::string dir = MakeTempDir("alsoft");
     const std::string mix = dir + "/mix.wav";
     std::ofstream(dir + "/alsoft.conf") << "[general]\ndrivers=wave\nchannels=stereo\n"
                                            "sample-type=float32\nfrequency=48000\n"
@@ -37,9 +61,9 @@ const std::string& MixPath() {
     // A driver list in the caller's environment would win over the file.
     unsetenv("ALSOFT_DRIVERS");
     std::atexit([] { std::filesystem::remove_all(std::filesystem::path(MixPath()).parent_path()); });
-    return mix;
+    return new std::string(mix);
   }();
-  return path;
+  return *path;
 }
 const std::string& kConfigured = MixPath();
 
@@ -132,7 +156,7 @@ double Mix::PeakIn(Span span) const {
   return peak;
 }
 
-AudioRig::AudioRig() : AudioRig(MakeTempDir("grindle_audio_XXXXXX")) { isOwnRoot_ = true; }
+AudioRig::AudioRig() : AudioRig(MakeTempDir("assets")) { isOwnRoot_ = true; }
 
 AudioRig::AudioRig(std::string assetRoot) : sRoot_(std::move(assetRoot)), isOwnRoot_(false) {
   InternWellKnownKeys();
