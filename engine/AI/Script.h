@@ -53,7 +53,7 @@ class ScriptHost {
   // The full path of the current level's component that runs `state`, or "" when none.
   std::string GetScriptPath(lua_State* state) const;
 
-  // "End", then close: one component, every component of an object, of a level, or all.
+  // "End", then close: every script of an object (its dotted path), of a level, or all of them.
   void CloseScriptsOfObject(std::string_view objectPath);
   void CloseScriptsOfLevel(std::string_view level);
   void CloseAllScripts();
