@@ -38,9 +38,9 @@ AudioDevice::AudioDevice() {
 
   // 2. 48000 Hz float mixing. A real device takes its sample type from its own configuration;
   // the silent one is asked for float outright. HRTF and the limiter stay off so levels are linear.
-  std::vector<ALCint> attributes = {ALC_FREQUENCY, kOutputRate, ALC_MONO_SOURCES, kChannelCount,
-                                    ALC_STEREO_SOURCES, 0, ALC_HRTF_SOFT, ALC_FALSE,
-                                    ALC_OUTPUT_LIMITER_SOFT, ALC_FALSE};
+  std::vector<ALCint> attributes = {
+      ALC_FREQUENCY, kOutputRate, ALC_MONO_SOURCES,        kChannelCount, ALC_STEREO_SOURCES, 0,
+      ALC_HRTF_SOFT, ALC_FALSE,   ALC_OUTPUT_LIMITER_SOFT, ALC_FALSE};
   if (pLoopback_ != nullptr) {
     attributes.insert(attributes.end(), {ALC_FORMAT_CHANNELS_SOFT, ALC_STEREO_SOFT,
                                          ALC_FORMAT_TYPE_SOFT, ALC_FLOAT_SOFT});
@@ -78,7 +78,8 @@ void AudioDevice::FillBuffer(uint32_t buffer, const int16_t* samples, size_t fra
                              int rate) {
   const ALenum format = channels == 1 ? AL_FORMAT_MONO16 : AL_FORMAT_STEREO16;
   alBufferData(buffer, format, samples,
-               static_cast<ALsizei>(frames * static_cast<size_t>(channels) * sizeof(int16_t)), rate);
+               static_cast<ALsizei>(frames * static_cast<size_t>(channels) * sizeof(int16_t)),
+               rate);
 }
 
 void AudioDevice::DeleteBuffer(uint32_t buffer) { alDeleteBuffers(1, &buffer); }
@@ -95,10 +96,14 @@ SourceState AudioDevice::State(uint32_t source) const {
   ALint state = AL_INITIAL;
   alGetSourcei(source, AL_SOURCE_STATE, &state);
   switch (state) {
-    case AL_PLAYING: return SourceState::kPlaying;
-    case AL_PAUSED: return SourceState::kPaused;
-    case AL_STOPPED: return SourceState::kStopped;
-    default: return SourceState::kIdle;
+    case AL_PLAYING:
+      return SourceState::kPlaying;
+    case AL_PAUSED:
+      return SourceState::kPaused;
+    case AL_STOPPED:
+      return SourceState::kStopped;
+    default:
+      return SourceState::kIdle;
   }
 }
 
@@ -114,7 +119,9 @@ void AudioDevice::Attach(uint32_t source, uint32_t buffer) {
   alSourcei(source, AL_BUFFER, static_cast<ALint>(buffer));
 }
 
-void AudioDevice::Queue(uint32_t source, uint32_t buffer) { alSourceQueueBuffers(source, 1, &buffer); }
+void AudioDevice::Queue(uint32_t source, uint32_t buffer) {
+  alSourceQueueBuffers(source, 1, &buffer);
+}
 
 std::vector<uint32_t> AudioDevice::UnqueueProcessed(uint32_t source) {
   ALint processed = 0;

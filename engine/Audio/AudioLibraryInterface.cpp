@@ -15,12 +15,23 @@ namespace {
 
 constexpr std::string_view kOwner = "Audio";
 
-constexpr std::string_view kMessages[] = {
-    "PlaySong",          "StopSong",           "StopAllSounds",      "PlaySound",
-    "PlaySoundAt",       "StopSound",          "PlayVO",             "StopVO",
-    "GamePaused",        "PauseAudio",         "UnpauseMusic",       "GameUnpaused",
-    "ToggleSoundsMuteMSG", "ToggleMusicMuteMSG", "WindowActivated",  "Update3DSoundListener",
-    "Keyboard"};
+constexpr std::string_view kMessages[] = {"PlaySong",
+                                          "StopSong",
+                                          "StopAllSounds",
+                                          "PlaySound",
+                                          "PlaySoundAt",
+                                          "StopSound",
+                                          "PlayVO",
+                                          "StopVO",
+                                          "GamePaused",
+                                          "PauseAudio",
+                                          "UnpauseMusic",
+                                          "GameUnpaused",
+                                          "ToggleSoundsMuteMSG",
+                                          "ToggleMusicMuteMSG",
+                                          "WindowActivated",
+                                          "Update3DSoundListener",
+                                          "Keyboard"};
 
 // The mute keys, clear of the cheat keys (F1-F5) and the free camera (F9).
 constexpr int kSoundsMuteKey = vk::kF1 + 6;

@@ -107,9 +107,8 @@ void AudioSys::PauseSounds() {
 
 void AudioSys::ResumeSounds() {
   if (isSoundsMuted_) return;
-  ForEachItem(bank_, [this](SoundItem& item) {
-    pool_.Resume(item.channel, item.volume * fSoundVolume_);
-  });
+  ForEachItem(bank_,
+              [this](SoundItem& item) { pool_.Resume(item.channel, item.volume * fSoundVolume_); });
 }
 
 void AudioSys::PauseMusic() {
@@ -118,9 +117,8 @@ void AudioSys::PauseMusic() {
 
 void AudioSys::ResumeMusic() {
   if (isMusicMuted_) return;
-  ForEachSong(bank_, [this](Song& song) {
-    pool_.Resume(song.Channel(), song.Volume() * fMusicVolume_);
-  });
+  ForEachSong(bank_,
+              [this](Song& song) { pool_.Resume(song.Channel(), song.Volume() * fMusicVolume_); });
 }
 
 void AudioSys::PauseVoice() { pool_.SetPaused(voChannel_, true); }

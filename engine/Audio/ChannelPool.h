@@ -1,7 +1,7 @@
 // The hundred channels that sounds play on, one device source each. A ChannelHandle names one use
 // of a channel: once that sound ends, is stopped or loses its channel to another, every call made
-// through the old handle does nothing and IsPlaying says false. Owned by AudioSys; main thread only.
-// A paused channel counts as playing; only an ended or stopped one is free for reuse.
+// through the old handle does nothing and IsPlaying says false. Owned by AudioSys; main thread
+// only. A paused channel counts as playing; only an ended or stopped one is free for reuse.
 #pragma once
 
 #include <array>

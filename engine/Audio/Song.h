@@ -1,5 +1,6 @@
 // A piece of music: one or more streamed variants of the same name and the one channel they play
-// on, so a song never overlaps itself. Owned by the SoundBank, played by AudioSys; main thread only.
+// on, so a song never overlaps itself. Owned by the SoundBank, played by AudioSys; main thread
+// only.
 #pragma once
 
 #include <memory>

@@ -43,8 +43,8 @@ std::string SoundNameOf(std::string_view fileName) {
     return std::string(stem);
   }
   const std::string_view suffix = stem.substr(underscore + 1);
-  const bool isVariant = std::all_of(suffix.begin(), suffix.end(),
-                                     [](char c) { return c >= '0' && c <= '9'; });
+  const bool isVariant =
+      std::all_of(suffix.begin(), suffix.end(), [](char c) { return c >= '0' && c <= '9'; });
   return std::string(isVariant ? stem.substr(0, underscore) : stem);
 }
 
@@ -67,8 +67,8 @@ void SoundBank::LoadSound(const std::string& path) {
   SoundItem item;
   item.buffer = device_.CreateBuffer();
   device_.FillBuffer(item.buffer, samples.data(),
-                     samples.size() / static_cast<size_t>(decoder->Channels()),
-                     decoder->Channels(), decoder->Rate());
+                     samples.size() / static_cast<size_t>(decoder->Channels()), decoder->Channels(),
+                     decoder->Rate());
   sounds_[NameOfPath(path)].push_back(item);
 }
 
@@ -84,7 +84,9 @@ void SoundBank::LoadSong(const std::string& path) {
   songs_[NameOfPath(path)].AddVariant(std::move(variant));
 }
 
-std::vector<SoundItem>* SoundBank::FindSound(std::string_view name) { return FindIn(sounds_, name); }
+std::vector<SoundItem>* SoundBank::FindSound(std::string_view name) {
+  return FindIn(sounds_, name);
+}
 Song* SoundBank::FindSong(std::string_view name) { return FindIn(songs_, name); }
 VoiceLines* SoundBank::FindLines(std::string_view name) { return FindIn(lines_, name); }
 

@@ -20,16 +20,17 @@ std::unique_ptr<SoundDecoder> SoundDecoder::Open(const std::string& path) {
   }
   // Buffers take mono or stereo only; an empty file has nothing to play.
   if (info.channels < 1 || info.channels > 2 || info.frames <= 0 || info.samplerate <= 0) {
-    std::fprintf(stderr, "Audio: cannot decode \"%s\": expected 1 or 2 channels and at least one frame, "
-                "found %d channels and %lld frames\n",
-                path.c_str(), info.channels, static_cast<long long>(info.frames));
+    std::fprintf(stderr,
+                 "Audio: cannot decode \"%s\": expected 1 or 2 channels and at least one frame, "
+                 "found %d channels and %lld frames\n",
+                 path.c_str(), info.channels, static_cast<long long>(info.frames));
     sf_close(file);
     return nullptr;
   }
   // Float sources are scaled into the 16-bit range rather than wrapped.
   sf_command(file, SFC_SET_SCALE_FLOAT_INT_READ, nullptr, SF_TRUE);
-  return std::unique_ptr<SoundDecoder>(new SoundDecoder(
-      file, info.channels, info.samplerate, static_cast<size_t>(info.frames)));
+  return std::unique_ptr<SoundDecoder>(
+      new SoundDecoder(file, info.channels, info.samplerate, static_cast<size_t>(info.frames)));
 }
 
 SoundDecoder::~SoundDecoder() { sf_close(File(pFile_)); }

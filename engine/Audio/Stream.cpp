@@ -56,8 +56,9 @@ void Stream::Refill(uint32_t source, bool isPaused) {
 
 void Stream::TopUp(uint32_t source) {
   for (uint32_t buffer : buffers_) {
-    const bool isQueued = std::any_of(queued_.begin(), queued_.end(),
-                                      [buffer](const auto& entry) { return entry.first == buffer; });
+    const bool isQueued = std::any_of(queued_.begin(), queued_.end(), [buffer](const auto& entry) {
+      return entry.first == buffer;
+    });
     if (!isQueued && !QueueNext(source, buffer)) return;
   }
 }

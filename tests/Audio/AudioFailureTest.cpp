@@ -27,18 +27,19 @@ TEST_P(AudioBadFileDeathTest, UndecodableFileStopsStartNamingTheFile) {
     rig.AddFile(bad.folder, "Broken.wav", "RIFF, but not really a sound");
     rig.Start();
   };
-  EXPECT_DEATH(startWithBrokenFile(),
-               std::string("cannot decode \"[^\"]*/Assets/Audio/") + bad.folder +
-                   "/Broken\\.wav\"(.|\n)*DETAILS: " + bad.details +
-                   "(.|\n)*The expression result != AL_NO_ERROR failed\\.");
+  EXPECT_DEATH(startWithBrokenFile(), std::string("cannot decode \"[^\"]*/Assets/Audio/") +
+                                          bad.folder +
+                                          "/Broken\\.wav\"(.|\n)*DETAILS: " + bad.details +
+                                          "(.|\n)*The expression result != AL_NO_ERROR failed\\.");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Folders, AudioBadFileDeathTest,
-    testing::Values(BadFolder{"Sounds", "Failed to allocate sound"},
-                    BadFolder{"VO", "Failed to allocate VO"},
-                    BadFolder{"Music", "Failed to allocate song"}),
-    [](const testing::TestParamInfo<BadFolder>& info) { return std::string(info.param.folder); });
+INSTANTIATE_TEST_SUITE_P(Folders, AudioBadFileDeathTest,
+                         testing::Values(BadFolder{"Sounds", "Failed to allocate sound"},
+                                         BadFolder{"VO", "Failed to allocate VO"},
+                                         BadFolder{"Music", "Failed to allocate song"}),
+                         [](const testing::TestParamInfo<BadFolder>& info) {
+                           return std::string(info.param.folder);
+                         });
 
 // OpenAL reads its driver list once per process, so each case runs in a child of its own.
 struct NoOutput {

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -56,11 +55,13 @@ const std::string& MixPath() {
     const std::string mix = dir + "/mix.wav";
     std::ofstream(dir + "/alsoft.conf") << "[general]\ndrivers=wave\nchannels=stereo\n"
                                            "sample-type=float32\nfrequency=48000\n"
-                                           "[wave]\nfile=" << mix << "\n";
+                                           "[wave]\nfile="
+                                        << mix << "\n";
     setenv("ALSOFT_CONF", (dir + "/alsoft.conf").c_str(), 1);
     // A driver list in the caller's environment would win over the file.
     unsetenv("ALSOFT_DRIVERS");
-    std::atexit([] { std::filesystem::remove_all(std::filesystem::path(MixPath()).parent_path()); });
+    std::atexit(
+        [] { std::filesystem::remove_all(std::filesystem::path(MixPath()).parent_path()); });
     return new std::string(mix);
   }();
   return *path;

@@ -17,8 +17,10 @@
 
 namespace grindle::test {
 
-// A mono 48 kHz file (Ogg Vorbis for ".ogg", else 16-bit WAV) of a 400 Hz sine whose amplitude at time t (seconds) is envelope(t).
-void WriteTone(const std::string& path, double seconds, const std::function<double(double)>& envelope);
+// A mono 48 kHz file (Ogg Vorbis for ".ogg", else 16-bit WAV) of a 400 Hz sine whose amplitude at
+// time t (seconds) is envelope(t).
+void WriteTone(const std::string& path, double seconds,
+               const std::function<double(double)>& envelope);
 double Constant(double level);
 
 struct Span {

@@ -15,7 +15,8 @@ uint32_t OggCrc(const unsigned char* data, size_t size) {
   uint32_t crc = 0;
   for (size_t i = 0; i < size; ++i) {
     crc ^= static_cast<uint32_t>(data[i]) << 24;
-    for (int bit = 0; bit < 8; ++bit) crc = (crc & 0x80000000u) ? (crc << 1) ^ 0x04C11DB7u : crc << 1;
+    for (int bit = 0; bit < 8; ++bit)
+      crc = (crc & 0x80000000u) ? (crc << 1) ^ 0x04C11DB7u : crc << 1;
   }
   return crc;
 }
@@ -42,7 +43,8 @@ bool FixSerialNumbers(const std::string& path) {
     page += length;
   }
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
   return page == bytes.size() && out.good();
 }
 
@@ -57,10 +59,14 @@ Track::Track(double seconds, int channels)
 double Track::Shape(Wave wave, double phase) {
   const double p = phase - std::floor(phase);
   switch (wave) {
-    case Wave::kSine: return std::sin(2.0 * std::numbers::pi * p);
-    case Wave::kSquare: return p < 0.5 ? 0.6 : -0.6;
-    case Wave::kTriangle: return p < 0.5 ? 4.0 * p - 1.0 : 3.0 - 4.0 * p;
-    case Wave::kSaw: return 0.7 * (2.0 * p - 1.0);
+    case Wave::kSine:
+      return std::sin(2.0 * std::numbers::pi * p);
+    case Wave::kSquare:
+      return p < 0.5 ? 0.6 : -0.6;
+    case Wave::kTriangle:
+      return p < 0.5 ? 4.0 * p - 1.0 : 3.0 - 4.0 * p;
+    case Wave::kSaw:
+      return 0.7 * (2.0 * p - 1.0);
   }
   return 0.0;
 }
@@ -103,8 +109,8 @@ void Track::Sweep(double start, double length, double fromHertz, double toHertz,
   }
 }
 
-void Track::Noise(double start, double length, double level, double brightness,
-                  Envelope envelope, double pan) {
+void Track::Noise(double start, double length, double level, double brightness, Envelope envelope,
+                  double pan) {
   const size_t first = static_cast<size_t>(start * kRate);
   const size_t count = static_cast<size_t>(length * kRate);
   double filtered = 0.0;

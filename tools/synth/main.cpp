@@ -18,7 +18,7 @@ constexpr Envelope kPluck{0.004, 0.04, 6.0};
 constexpr Envelope kSoft{0.02, 0.08, 1.5};
 constexpr Envelope kHit{0.001, 0.03, 25.0};
 
-// One voice of a song: notes as (beat, length in beats, MIDI note); a note of 0 is a rest.
+// One voice of a song: notes as (beat, length in beats, MIDI note).
 struct Part {
   struct Note {
     double beat, beats;
@@ -51,7 +51,7 @@ std::vector<Part::Note> BassLine(const std::vector<int>& roots) {
   return notes;
 }
 
-// A melody of equal steps: `step` beats each, from the first beat.
+// A melody of equal steps: `step` beats each, from the first beat; a pitch of 0 is a rest.
 std::vector<Part::Note> Melody(double step, const std::vector<int>& pitches) {
   std::vector<Part::Note> notes;
   for (size_t i = 0; i < pitches.size(); ++i) {
@@ -65,7 +65,6 @@ bool Render(const Song& song, const std::string& folder) {
   Track track(song.beats * beat, 2);
   for (const Part& part : song.parts) {
     for (const Part::Note& n : part.notes) {
-      if (n.note == 0) continue;
       track.Note(n.beat * beat, n.beats * beat, MidiToHertz(n.note), part.wave, part.level,
                  part.envelope, part.pan);
     }
@@ -83,26 +82,30 @@ bool Render(const Song& song, const std::string& folder) {
 std::vector<Song> Songs() {
   // C major, bright and marching: the title screen.
   Song title{"TitleTheme", 120.0, 32, {}, true};
-  title.parts.push_back({Melody(0.5, {72, 76, 79, 76, 74, 77, 81, 77, 76, 79, 84, 79, 77, 74, 71, 74,
-                                      72, 76, 79, 84, 83, 79, 74, 77, 76, 72, 79, 76, 72, 0, 72, 0,
-                                      76, 79, 84, 79, 77, 81, 84, 81, 79, 83, 86, 83, 84, 0, 84, 0,
-                                      81, 79, 77, 76, 74, 72, 71, 74, 72, 0, 67, 0, 72, 0, 0, 0}),
-                         Wave::kSquare, 0.22, kPluck, -0.3});
-  title.parts.push_back({BassLine({48, 53, 52, 55, 48, 53, 55, 48}), Wave::kTriangle, 0.45, kSoft, 0.0});
+  title.parts.push_back(
+      {Melody(0.5, {72, 76, 79, 76, 74, 77, 81, 77, 76, 79, 84, 79, 77, 74, 71, 74,
+                    72, 76, 79, 84, 83, 79, 74, 77, 76, 72, 79, 76, 72, 0,  72, 0,
+                    76, 79, 84, 79, 77, 81, 84, 81, 79, 83, 86, 83, 84, 0,  84, 0,
+                    81, 79, 77, 76, 74, 72, 71, 74, 72, 0,  67, 0,  72, 0,  0,  0}),
+       Wave::kSquare, 0.22, kPluck, -0.3});
+  title.parts.push_back(
+      {BassLine({48, 53, 52, 55, 48, 53, 55, 48}), Wave::kTriangle, 0.45, kSoft, 0.0});
   // A minor, slower and calmer: the menus.
   Song menu{"MenuTheme", 96.0, 32, {}, false};
   menu.parts.push_back({Melody(1.0, {69, 72, 76, 74, 72, 71, 69, 0, 67, 71, 74, 72, 71, 69, 68, 0,
-                                     69, 72, 76, 79, 77, 76, 74, 0, 72, 71, 69, 68, 69, 0, 0, 0}),
+                                     69, 72, 76, 79, 77, 76, 74, 0, 72, 71, 69, 68, 69, 0,  0,  0}),
                         Wave::kTriangle, 0.35, kSoft, 0.2});
   menu.parts.push_back({BassLine({45, 41, 43, 40, 45, 41, 43, 45}), Wave::kSine, 0.5, kSoft, 0.0});
   // G major, driving: a round in progress.
   Song game{"GameTheme", 140.0, 32, {}, true};
-  game.parts.push_back({Melody(0.5, {67, 71, 74, 79, 74, 71, 67, 71, 69, 72, 76, 81, 76, 72, 69, 72,
-                                     71, 74, 79, 83, 79, 74, 71, 74, 72, 76, 79, 84, 79, 76, 74, 71,
-                                     67, 71, 74, 79, 74, 71, 67, 71, 69, 72, 76, 81, 76, 72, 69, 72,
-                                     71, 74, 79, 74, 72, 69, 66, 69, 67, 0, 67, 0, 67, 0, 0, 0}),
-                        Wave::kSaw, 0.18, kPluck, 0.25});
-  game.parts.push_back({BassLine({43, 48, 47, 50, 43, 48, 50, 43}), Wave::kSquare, 0.25, kPluck, -0.1});
+  game.parts.push_back(
+      {Melody(0.5, {67, 71, 74, 79, 74, 71, 67, 71, 69, 72, 76, 81, 76, 72, 69, 72,
+                    71, 74, 79, 83, 79, 74, 71, 74, 72, 76, 79, 84, 79, 76, 74, 71,
+                    67, 71, 74, 79, 74, 71, 67, 71, 69, 72, 76, 81, 76, 72, 69, 72,
+                    71, 74, 79, 74, 72, 69, 66, 69, 67, 0,  67, 0,  67, 0,  0,  0}),
+       Wave::kSaw, 0.18, kPluck, 0.25});
+  game.parts.push_back(
+      {BassLine({43, 48, 47, 50, 43, 48, 50, 43}), Wave::kSquare, 0.25, kPluck, -0.1});
   return {title, menu, game};
 }
 
@@ -116,22 +119,26 @@ std::vector<Effect> Effects() {
   return {
       {"Jump.ogg", 0.22, [](Track& t) { t.Sweep(0, 0.22, 300, 720, Wave::kSquare, 0.5, kSoft); }},
       {"Jump_2.ogg", 0.22, [](Track& t) { t.Sweep(0, 0.22, 340, 820, Wave::kSquare, 0.5, kSoft); }},
-      {"Land.ogg", 0.2, [](Track& t) {
+      {"Land.ogg", 0.2,
+       [](Track& t) {
          t.Sweep(0, 0.2, 140, 50, Wave::kSine, 0.9, kHit);
          t.Noise(0, 0.08, 0.4, 0.3, kHit);
        }},
-      {"Explosion.ogg", 0.9, [](Track& t) {
+      {"Explosion.ogg", 0.9,
+       [](Track& t) {
          t.Noise(0, 0.9, 1.0, 0.15, Envelope{0.002, 0.2, 4.0});
          t.Sweep(0, 0.5, 90, 30, Wave::kSine, 0.8, Envelope{0.002, 0.1, 5.0});
        }},
-      {"PowerUp.ogg", 0.45, [](Track& t) {
+      {"PowerUp.ogg", 0.45,
+       [](Track& t) {
          const int notes[] = {72, 76, 79, 84, 88};
          for (int i = 0; i < 5; ++i) {
            t.Note(i * 0.08, 0.12, MidiToHertz(notes[i]), Wave::kTriangle, 0.5, kPluck);
          }
        }},
       {"MenuMove.ogg", 0.06, [](Track& t) { t.Note(0, 0.06, 1200, Wave::kSine, 0.4, kHit); }},
-      {"MenuSelect.ogg", 0.18, [](Track& t) {
+      {"MenuSelect.ogg", 0.18,
+       [](Track& t) {
          t.Note(0, 0.08, MidiToHertz(79), Wave::kSquare, 0.35, kPluck);
          t.Note(0.08, 0.1, MidiToHertz(84), Wave::kSquare, 0.35, kPluck);
        }},
@@ -188,6 +195,7 @@ int main(int argc, char** argv) {
   }
   for (const Line& line : Lines()) isOk = RenderLine(line, audio + "/VO") && isOk;
   for (const Song& song : Songs()) isOk = Render(song, audio + "/Music") && isOk;
-  if (!isOk) std::fprintf(stderr, "grindle_synth: could not write every file under %s\n", audio.c_str());
+  if (!isOk)
+    std::fprintf(stderr, "grindle_synth: could not write every file under %s\n", audio.c_str());
   return isOk ? 0 : 1;
 }
