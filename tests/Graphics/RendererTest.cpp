@@ -3,13 +3,18 @@
 #include "RendererFixture.h"
 
 #include <cmath>
+#include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <thread>
 #include <fstream>
 #include <map>
 
 #include <glm/geometric.hpp>
 
 #include "Core/MathTypes.h"
+#include "Core/ResourceManager.h"
+#include "Core/ThreadManager.h"
 #include "Graphics/Effects/EffectSlots.h"
 #include "Graphics/Graphics.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
@@ -321,6 +326,43 @@ TEST_F(RendererTest, AMissingTextureFallsBackToTheDefaultWithOneWarning) {
   EXPECT_NE(first.find("Assets/Textures/NoSuchTexture.png"), std::string::npos) << first;
   EXPECT_EQ(second, "");
   EXPECT_NE(textures.Find("Crate.png"), textures.DefaultTexture());
+}
+
+TEST_F(RendererTest, AnEffectFileWrittenUnderTheWatchedTreeIsRebuilt) {
+  namespace fs = std::filesystem;
+  const fs::path tree = fs::path(testing::TempDir()) / "grindle_effect_watch";
+  fs::remove_all(tree);
+  fs::create_directories(tree / "shaders");
+  ThreadManager threads(2, 10);
+  auto resources = std::make_unique<ResourceManager>(threads, messages_, tree.string());
+  Database& systems = *root_.Find<Database>("Systems");
+  systems.Add<ResourceManager*>("ResourceManager", resources.get());
+  // A renderer made now registers every effect file with the manager.
+  Graphics& graphics = *CurrentGraphics();
+  const auto restart = [&] {
+    CaptureStdout([&] { ASSERT_TRUE(graphics.CreateRenderer()); });
+    messages_.Send("FullScreenMSG");
+    messages_.Send("LoadShaders");
+    Deliver();
+  };
+  restart();
+  const Effect* color = Effects().color.get();
+  const Effect* basic = Effects().basic.get();
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  std::ofstream(tree / "shaders" / "color.fx") << "// saved by a shader author\n";
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+  while (Effects().color.get() == color && std::chrono::steady_clock::now() < deadline) {
+    resources->Update();
+    Deliver();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  EXPECT_NE(Effects().color.get(), color);
+  EXPECT_EQ(Effects().basic.get(), basic);
+  // The renderer lets go of its registrations before the manager goes away.
+  systems.Remove("ResourceManager");
+  restart();
+  resources.reset();
+  fs::remove_all(tree);
 }
 
 TEST_F(RendererTest, BothRenderApisGiveTheOpenGLRendererAndOthersNone) {

@@ -25,8 +25,9 @@ template <class Wrapper>
 SlotRecord Slot(const char* file, bool isStartup, std::unique_ptr<Wrapper> EffectSlots::*member) {
   return {file, isStartup,
           [member](EffectSlots& slots, std::string path) {
-            (slots.*member).reset();
-            slots.*member = std::make_unique<Wrapper>(std::move(path));
+            // The old wrapper stays usable until its replacement is complete.
+            auto fresh = std::make_unique<Wrapper>(std::move(path));
+            slots.*member = std::move(fresh);
           },
           [member](EffectSlots& slots) -> Effect* { return (slots.*member).get(); }};
 }
