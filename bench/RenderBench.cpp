@@ -2,18 +2,16 @@
 // whatever OpenGL the machine offers (SDL's offscreen driver, Mesa's llvmpipe, when nothing else is
 // set): the Showcase level at 1280 x 720, and a level of 5,000 lit boxes (the key table's 7,001
 // names cap one level below 10,000 objects). Frames per second are reported as a counter.
-#include <benchmark/benchmark.h>
-
 #include <SDL.h>
+#include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 #include <unistd.h>
 
 #include <cstdlib>
-#include <memory>
-#include <string>
-
 #include <glm/mat4x4.hpp>
 #include <glm/vec4.hpp>
+#include <memory>
+#include <string>
 
 #include "Core/Database.h"
 #include "Core/MathTypes.h"
@@ -32,7 +30,8 @@ class RendererRun {
     setenv("SDL_VIDEODRIVER", "offscreen", 0);
     if (chdir(GRINDLE_GAME_DIR) != 0 || SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return;
     InternWellKnownKeys();
-    window_ = SDL_CreateWindow("render bench", 0, 0, width, height, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+    window_ = SDL_CreateWindow("render bench", 0, 0, width, height,
+                               SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
     if (window_ == nullptr) return;
     root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &messages_);
     root_.Add<SDL_Window*>("MainWindowHandle", window_);
@@ -64,7 +63,8 @@ class RendererRun {
     const DataHandle<Database> objects =
         root_.Find<Database>("Levels")->Find<Database>(name)->Find<Database>("GameObjects");
     for (const Database::Record& record : objects->Records()) {
-      messages_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name, name);
+      messages_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name,
+                         name);
     }
     messages_.SendArgs("LevelInitializeComplete", name);
     messages_.Deliver(MessageHandler::kDeliverAll);
@@ -86,13 +86,15 @@ class RendererRun {
 void RunFrames(benchmark::State& state, RendererRun& run) {
   for (int i = 0; i < 3; ++i) run.Frame();  // shadow maps, mips and caches warm
   for (auto _ : state) run.Frame();
-  state.counters["fps"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+  state.counters["fps"] =
+      benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
 }
 
 void BM_ShowcaseFrame1280x720(benchmark::State& state) {
   RendererRun run(1280, 720);
   if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
-  ParseFile("Assets/Levels/Showcase.xml", *run.Root().Find<Database>("Levels")->Add<Database>("Showcase"));
+  ParseFile("Assets/Levels/Showcase.xml",
+            *run.Root().Find<Database>("Levels")->Add<Database>("Showcase"));
   run.StartLevel("Showcase");
   RunFrames(state, run);
 }

@@ -13,7 +13,8 @@ namespace {
 Graphics* gGraphics = nullptr;
 
 int32_t ReadSize(const Database& root, WellKnown key) {
-  if (const DataHandle<double> value = root.Find<double>(KeyOf(key))) return static_cast<int32_t>(*value);
+  if (const DataHandle<double> value = root.Find<double>(KeyOf(key)))
+    return static_cast<int32_t>(*value);
   if (const DataHandle<int> value = root.Find<int>(KeyOf(key))) return *value;
   return 0;
 }
@@ -36,7 +37,8 @@ Graphics::~Graphics() {
 
 bool Graphics::CreateRenderer() {
   renderer_.reset();
-  const DataHandle<SDL_Window*> window = root_.Find<SDL_Window*>(KeyOf(WellKnown::MainWindowHandle));
+  const DataHandle<SDL_Window*> window =
+      root_.Find<SDL_Window*>(KeyOf(WellKnown::MainWindowHandle));
   SDL_Window* windowHandle = window ? *window : nullptr;
   // Both API values lead to the one renderer there is; any other value chooses none.
   if (renderApi_ != kRenderApiPrimary && renderApi_ != kRenderApiSecondary) return false;

@@ -28,16 +28,16 @@ class EffectFileTest : public testing::Test {
 };
 
 TEST_F(EffectFileTest, TechniquesKeepFileOrderWithTheirPassesStatesAndDefines) {
-  ASSERT_TRUE(Parse(
-      "// header comment\n"
-      "@common\nuniform mat4 gWVP;\n"
-      "@vertex VS\nvoid main() {}\n"
-      "@fragment PS\nout vec4 c;\nvoid main() { c = vec4(1); }\n"
-      "@technique Second\n"
-      "pass A vertex=VS fragment=PS define=ONE,TWO raster=2 blend=1 depth=0\n"
-      "// between passes\n"
-      "pass B vertex=VS fragment=PS\n"
-      "@technique First\npass Only vertex=VS fragment=PS\n"))
+  ASSERT_TRUE(
+      Parse("// header comment\n"
+            "@common\nuniform mat4 gWVP;\n"
+            "@vertex VS\nvoid main() {}\n"
+            "@fragment PS\nout vec4 c;\nvoid main() { c = vec4(1); }\n"
+            "@technique Second\n"
+            "pass A vertex=VS fragment=PS define=ONE,TWO raster=2 blend=1 depth=0\n"
+            "// between passes\n"
+            "pass B vertex=VS fragment=PS\n"
+            "@technique First\npass Only vertex=VS fragment=PS\n"))
       << error_;
   ASSERT_EQ(source_.techniques.size(), 2u);
   EXPECT_EQ(source_.techniques[0].name, "Second");
@@ -56,16 +56,17 @@ TEST_F(EffectFileTest, TechniquesKeepFileOrderWithTheirPassesStatesAndDefines) {
 
 TEST_F(EffectFileTest, AssembledStagesCarryDefinesAndTheLinesOfEveryFile) {
   includes_["Shared.fxh"] = "float Shared() { return 1.0; }\nfloat Other() { return 2.0; }\n";
-  ASSERT_TRUE(Parse("@common\n"                 // line 1
-                    "uniform float a;\n"        // 2
-                    "@include Shared.fxh\n"     // 3
-                    "uniform float b;\n"        // 4
-                    "@fragment PS\n"            // 5
-                    "void main() {}\n"          // 6
-                    "@vertex VS\n"              // 7
-                    "void main() {}\n"          // 8
-                    "@technique T\n"
-                    "pass P vertex=VS fragment=PS define=USE_X\n"))
+  ASSERT_TRUE(
+      Parse("@common\n"              // line 1
+            "uniform float a;\n"     // 2
+            "@include Shared.fxh\n"  // 3
+            "uniform float b;\n"     // 4
+            "@fragment PS\n"         // 5
+            "void main() {}\n"       // 6
+            "@vertex VS\n"           // 7
+            "void main() {}\n"       // 8
+            "@technique T\n"
+            "pass P vertex=VS fragment=PS define=USE_X\n"))
       << error_;
   EXPECT_EQ(source_.files, (std::vector<std::string>{"shaders/test.fx", "Shared.fxh"}));
   const std::string glsl = AssembleStage(source_, source_.techniques[0].passes[0],
@@ -74,15 +75,17 @@ TEST_F(EffectFileTest, AssembledStagesCarryDefinesAndTheLinesOfEveryFile) {
   EXPECT_NE(glsl.find("#define FRAGMENT_STAGE\n#define USE_X\n"), std::string::npos);
   // Each jump between files or lines restarts the numbering where the next line came from.
   EXPECT_NE(glsl.find("#line 2 0\nuniform float a;\n#line 1 1\nfloat Shared()"), std::string::npos);
-  EXPECT_NE(glsl.find("float Other() { return 2.0; }\n#line 4 0\nuniform float b;\n"), std::string::npos);
+  EXPECT_NE(glsl.find("float Other() { return 2.0; }\n#line 4 0\nuniform float b;\n"),
+            std::string::npos);
   EXPECT_NE(glsl.find("#line 6 0\nvoid main() {}\n"), std::string::npos);
   EXPECT_EQ(glsl.find("VERTEX_STAGE"), std::string::npos);
 }
 
 TEST_F(EffectFileTest, CompilerLogsNameTheFileOfEachLocation) {
   const std::vector<std::string> files = {"shaders/basic.fx", "Lighting.fxh"};
-  EXPECT_EQ(NameFilesInLog(files, "0:12(5): error: x undeclared\n1:40(2): warning: y\nplain line"),
-            "shaders/basic.fx:12(5): error: x undeclared\nLighting.fxh:40(2): warning: y\nplain line\n");
+  EXPECT_EQ(
+      NameFilesInLog(files, "0:12(5): error: x undeclared\n1:40(2): warning: y\nplain line"),
+      "shaders/basic.fx:12(5): error: x undeclared\nLighting.fxh:40(2): warning: y\nplain line\n");
   // An index no file has is left as the compiler wrote it.
   EXPECT_EQ(NameFilesInLog(files, "7:3(1): error"), "7:3(1): error\n");
 }
@@ -102,8 +105,11 @@ TEST_F(EffectFileTest, MalformedFilesNameTheFileLineAndWhatWasExpected) {
        "shaders/test.fx:4: expected a state index after blend="},
       {"@vertex VS\n@fragment PS\n@technique T\npass P vertex=VS fragment=PS colour=1\n",
        "shaders/test.fx:4: unknown pass key 'colour'"},
-      {"@common\n@include Nowhere.fxh\n", "shaders/test.fx:2: cannot read included file 'Nowhere.fxh'"},
-      {"@shader X\n", "shaders/test.fx:1: expected @common, @vertex, @geometry, @fragment, @technique or @include"},
+      {"@common\n@include Nowhere.fxh\n",
+       "shaders/test.fx:2: cannot read included file 'Nowhere.fxh'"},
+      {"@shader X\n",
+       "shaders/test.fx:1: expected @common, @vertex, @geometry, @fragment, @technique or "
+       "@include"},
       {"@technique Empty\n", "shaders/test.fx: technique 'Empty' has no pass"},
   };
   for (const auto& entry : cases) {

@@ -3,17 +3,16 @@
 // differ by more than 24/255 in some channel (room for rasteriser rounding, none for a changed
 // scene). GRINDLE_UPDATE_GOLDEN=1 rewrites the references instead of comparing. Each scene also
 // checks the property it exists for with a direct pixel test, so a wrong reference cannot pass.
-#include "RendererFixture.h"
+#include <stb_image.h>
+#include <stb_image_write.h>
 
 #include <cmath>
 #include <cstdlib>
 #include <string>
 
-#include <stb_image.h>
-#include <stb_image_write.h>
-
 #include "Core/MathTypes.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+#include "RendererFixture.h"
 
 namespace grindle::gfx {
 namespace {
@@ -30,7 +29,8 @@ class GoldenImageTest : public RendererFixture {
     const std::string path = std::string(GRINDLE_GOLDEN_DIR) + "/" + name + ".png";
     if (std::getenv("GRINDLE_UPDATE_GOLDEN") != nullptr) {
       ASSERT_NE(stbi_write_png(path.c_str(), image.width, image.height, 4, image.rgba.data(),
-                               image.width * 4), 0);
+                               image.width * 4),
+                0);
       return;
     }
     int width = 0, height = 0, channels = 0;
@@ -44,7 +44,9 @@ class GoldenImageTest : public RendererFixture {
     for (size_t i = 0; i < pixels; ++i) {
       bool outlier = false;
       for (size_t c = 0; c < 3; ++c) {
-        const double d = std::abs(static_cast<int>(image.rgba[i * 4 + c]) - static_cast<int>(reference[i * 4 + c])) / 255.0;
+        const double d = std::abs(static_cast<int>(image.rgba[i * 4 + c]) -
+                                  static_cast<int>(reference[i * 4 + c])) /
+                         255.0;
         total += d;
         outlier = outlier || d > kOutlierChannel;
       }
@@ -52,10 +54,12 @@ class GoldenImageTest : public RendererFixture {
     }
     stbi_image_free(reference);
     EXPECT_LT(total / static_cast<double>(pixels * 3), kMeanTolerance) << name;
-    EXPECT_LE(static_cast<double>(outliers) / static_cast<double>(pixels), kOutlierFraction) << name;
+    EXPECT_LE(static_cast<double>(outliers) / static_cast<double>(pixels), kOutlierFraction)
+        << name;
   }
 
-  Database& Textured(Database& object, const char* diffuse, const char* specular, const char* normal) {
+  Database& Textured(Database& object, const char* diffuse, const char* specular,
+                     const char* normal) {
     Database& mesh = *object.Find<Database>("Mesh");
     *mesh.Find<double>("HasTexture") = 1.0;
     mesh.Add<std::string>("TextureName", diffuse);
@@ -82,14 +86,15 @@ TEST_F(GoldenImageTest, EveryTechniqueVariantOnPrimitives) {
   AddCamera(level, {0, 4, -12}, {0, -0.3f, 1});
   AddMeshObject(level, "Floor", "Grid.mesh", {0, -1, 0}, {30, 1, 30}, {0.6f, 0.6f, 0.6f, 1});
   AddMeshObject(level, "Plain", "Sphere.mesh", {-6, 0.5f, 0}, {1, 1, 1}, {0.9f, 0.3f, 0.3f, 1});
-  Textured(AddMeshObject(level, "Tex", "Box.mesh", {-3, 0.5f, 0}, {2, 2, 2}, {1, 1, 1, 1}), "Crate.png",
-           nullptr, nullptr);
+  Textured(AddMeshObject(level, "Tex", "Box.mesh", {-3, 0.5f, 0}, {2, 2, 2}, {1, 1, 1, 1}),
+           "Crate.png", nullptr, nullptr);
   Textured(AddMeshObject(level, "TexSpec", "Cylinder.mesh", {0, 0.5f, 0}, {1, 2, 1}, {1, 1, 1, 1}),
            "Crate.png", "StripesSpecular.png", nullptr);
   Textured(AddMeshObject(level, "TexNorm", "Box.mesh", {3, 0.5f, 0}, {2, 2, 2}, {1, 1, 1, 1}),
            "FloorTiles.png", nullptr, "BumpsNormal.png");
-  Textured(AddMeshObject(level, "TexSpecNorm", "Sphere.mesh", {6, 0.5f, 0}, {1, 1, 1}, {1, 1, 1, 1}),
-           "FloorTiles.png", "StripesSpecular.png", "BumpsNormal.png");
+  Textured(
+      AddMeshObject(level, "TexSpecNorm", "Sphere.mesh", {6, 0.5f, 0}, {1, 1, 1}, {1, 1, 1, 1}),
+      "FloorTiles.png", "StripesSpecular.png", "BumpsNormal.png");
   const Image image = RenderLevel("Techniques");
   // Right-handed: +x is on the left of a camera looking along +z, so the untextured red sphere
   // is on the right, and the crate beside it shows its texture's brown.
@@ -103,7 +108,9 @@ TEST_F(GoldenImageTest, EveryTechniqueVariantOnPrimitives) {
 TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColourInFrontOfTheSky) {
   Database& level = AddLevel("Fog");
   AddCamera(level, {0, 0, 0}, {0, 0, 1});
-  level.Find<Database>("GameObjects")->Add<Database>("SkyDome")->Add<std::string>("Sky", "gradient");
+  level.Find<Database>("GameObjects")
+      ->Add<Database>("SkyDome")
+      ->Add<std::string>("Sky", "gradient");
   AddMeshObject(level, "Near", "Box.mesh", {-2, 0, 8}, {2, 2, 2}, {1, 0.1f, 0.1f, 1});
   AddMeshObject(level, "Far", "Box.mesh", {60, 0, 400}, {80, 80, 80}, {1, 0.1f, 0.1f, 1});
   const Image image = RenderLevel("Fog");
@@ -124,7 +131,8 @@ TEST_F(GoldenImageTest, ABoxCastsAShadowOnTheFloor) {
   AddCamera(level, {0, 12, -10}, {0, -1, 0.8f});
   AddMeshObject(level, "Floor", "Grid.mesh", {0, 0, 0}, {40, 1, 40}, {0.3f, 0.3f, 0.3f, 1});
   AddMeshObject(level, "Box", "Box.mesh", {0, 3, 0}, {2, 2, 2}, {0.2f, 0.4f, 0.9f, 1});
-  Database& lifted = AddMeshObject(level, "Unshadowed", "Box.mesh", {-6, 0.5f, 0}, {1, 1, 1}, {0.9f, 0.9f, 0.2f, 1});
+  Database& lifted = AddMeshObject(level, "Unshadowed", "Box.mesh", {-6, 0.5f, 0}, {1, 1, 1},
+                                   {0.9f, 0.9f, 0.2f, 1});
   lifted.Add<double>("IgnoreShadows", 1.0);
   const Image image = RenderLevel("Shadow");
   ExpectMatchesGolden(image, "shadow");
@@ -145,7 +153,8 @@ TEST_F(GoldenImageTest, ABoxCastsAShadowOnTheFloor) {
 TEST_F(GoldenImageTest, GlowingObjectsBleedLightAroundThem) {
   Database& level = AddLevel("Glow");
   AddCamera(level, {0, 0, -10}, {0, 0, 1});
-  Database& orb = AddMeshObject(level, "Orb", "Sphere.mesh", {0, 0, 0}, {1.5f, 1.5f, 1.5f}, {0.2f, 0.2f, 0.2f, 1});
+  Database& orb = AddMeshObject(level, "Orb", "Sphere.mesh", {0, 0, 0}, {1.5f, 1.5f, 1.5f},
+                                {0.2f, 0.2f, 0.2f, 1});
   Database& glow = *orb.Add<Database>("Glow");
   glow.Add<double>("r", 0.1);
   glow.Add<double>("g", 1.0);

@@ -1,10 +1,9 @@
 // The renderer's fixed arithmetic checked against values worked out by hand: the projection
-// constants of a near plane at 1 and a far plane at 1000, the clamping rule, the letterbox scale and
-// the resolution names.
+// constants of a near plane at 1 and a far plane at 1000, the clamping rule, the letterbox scale
+// and the resolution names.
 #include <gtest/gtest.h>
 
 #include <cmath>
-
 #include <glm/geometric.hpp>
 #include <glm/vec4.hpp>
 

@@ -1,5 +1,6 @@
 #include "RendererFixture.h"
 
+#include <stb_image.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -11,8 +12,6 @@
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "TestOutput.h"
 
-#include <stb_image.h>
-
 // Mesa keeps a few per-thread and per-screen allocations to the end of the process; they are the
 // driver's, not ours.
 extern "C" const char* __lsan_default_suppressions() {
@@ -22,7 +21,8 @@ extern "C" const char* __lsan_default_suppressions() {
 namespace grindle::gfx {
 
 glm::vec4 Image::At(int x, int y) const {
-  const unsigned char* p = &rgba[(static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)) * 4u];
+  const unsigned char* p =
+      &rgba[(static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)) * 4u];
   return glm::vec4(p[0], p[1], p[2], p[3]) / 255.0f;
 }
 
@@ -39,7 +39,8 @@ void RendererFixture::SetUpTestSuite() {
   // Keeps the GL driver loaded to the end of the process, so that leak reports inside it name it
   // (and the suppressions below match) instead of an unloaded, unknown module.
   ASSERT_EQ(SDL_GL_LoadLibrary(nullptr), 0) << SDL_GetError();
-  sWindow_ = SDL_CreateWindow("grindle test", 0, 0, kWidth, kHeight, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
+  sWindow_ = SDL_CreateWindow("grindle test", 0, 0, kWidth, kHeight,
+                              SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
   ASSERT_NE(sWindow_, nullptr) << SDL_GetError();
   sRoot_ = std::make_unique<Database>();
   sMessages_ = std::make_unique<MessageHandler>();
@@ -106,14 +107,17 @@ void RendererFixture::StartLevel(const std::string& name) {
   Database& level = *root_.Find<Database>("Levels")->Find<Database>(name);
   const DataHandle<Database> objects = level.Find<Database>("GameObjects");
   for (const Database::Record& record : objects->Records()) {
-    messages_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name, name);
+    messages_.SendArgs("msgLevelObjectCreated", objects->Find<Database>(record.name), record.name,
+                       name);
   }
   messages_.SendArgs("LevelInitializeComplete", name);
   Deliver();
 }
 
-Database& RendererFixture::AddCamera(Database& level, const glm::vec3& eye, const glm::vec3& direction) {
-  Database& camera = *level.Find<Database>("GameObjects")->Add<Database>("MainCamera")->Add<Database>("Camera");
+Database& RendererFixture::AddCamera(Database& level, const glm::vec3& eye,
+                                     const glm::vec3& direction) {
+  Database& camera =
+      *level.Find<Database>("GameObjects")->Add<Database>("MainCamera")->Add<Database>("Camera");
   camera.Add<double>("PositionX", eye.x);
   camera.Add<double>("PositionY", eye.y);
   camera.Add<double>("PositionZ", eye.z);
@@ -123,9 +127,9 @@ Database& RendererFixture::AddCamera(Database& level, const glm::vec3& eye, cons
   return camera;
 }
 
-Database& RendererFixture::AddMeshObject(Database& level, const std::string& name, const char* fileName,
-                                         const glm::vec3& position, const glm::vec3& scale,
-                                         const glm::vec4& diffuse) {
+Database& RendererFixture::AddMeshObject(Database& level, const std::string& name,
+                                         const char* fileName, const glm::vec3& position,
+                                         const glm::vec3& scale, const glm::vec4& diffuse) {
   Database& object = *level.Find<Database>("GameObjects")->Add<Database>(name);
   Database& mesh = *object.Add<Database>("Mesh");
   mesh.Add<std::string>("Filename", fileName);
@@ -151,7 +155,8 @@ Image RendererFixture::Capture() {
   Image image;
   unsigned char* pixels = stbi_load(path.c_str(), &image.width, &image.height, &channels, 4);
   if (pixels != nullptr) {
-    image.rgba.assign(pixels, pixels + static_cast<size_t>(image.width) * static_cast<size_t>(image.height) * 4u);
+    image.rgba.assign(
+        pixels, pixels + static_cast<size_t>(image.width) * static_cast<size_t>(image.height) * 4u);
     stbi_image_free(pixels);
   }
   std::remove(path.c_str());

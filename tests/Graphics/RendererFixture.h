@@ -4,16 +4,14 @@
 // read the composited frame back.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <SDL.h>
-
-#include <memory>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
 
 #include <glm/mat4x4.hpp>
 #include <glm/vec4.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
@@ -53,7 +51,8 @@ class RendererFixture : public testing::Test {
   Database& AddCamera(Database& level, const glm::vec3& eye, const glm::vec3& direction);
   // An object with a Mesh component of `fileName`, a transform, a material and no textures.
   Database& AddMeshObject(Database& level, const std::string& name, const char* fileName,
-                          const glm::vec3& position, const glm::vec3& scale, const glm::vec4& diffuse);
+                          const glm::vec3& position, const glm::vec3& scale,
+                          const glm::vec4& diffuse);
 
   Image Capture();
 

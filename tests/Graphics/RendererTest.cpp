@@ -1,16 +1,13 @@
 // The renderer end to end on llvmpipe: its messages, the camera state it writes into the level and
 // the frame state it keeps, observed through the database, the messages it sends and its accessors.
-#include "RendererFixture.h"
-
-#include <cmath>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <thread>
 #include <fstream>
-#include <map>
-
 #include <glm/geometric.hpp>
+#include <map>
+#include <thread>
 
 #include "Core/MathTypes.h"
 #include "Core/ResourceManager.h"
@@ -21,6 +18,7 @@
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+#include "RendererFixture.h"
 #include "TestOutput.h"
 
 namespace grindle::gfx {
@@ -321,7 +319,8 @@ TEST_F(RendererTest, AMissingTextureFallsBackToTheDefaultWithOneWarning) {
   std::string first;
   GLuint texture = 0;
   first = CaptureStdout([&] { texture = textures.Find("NoSuchTexture.png"); });
-  const std::string second = CaptureStdout([&] { EXPECT_EQ(textures.Find("NoSuchTexture.png"), texture); });
+  const std::string second =
+      CaptureStdout([&] { EXPECT_EQ(textures.Find("NoSuchTexture.png"), texture); });
   EXPECT_EQ(texture, textures.DefaultTexture());
   EXPECT_NE(first.find("Assets/Textures/NoSuchTexture.png"), std::string::npos) << first;
   EXPECT_EQ(second, "");

@@ -21,27 +21,47 @@ constexpr int kMaxLoadAttempts = 100;
 
 VarType TypeOf(GLenum glType) {
   switch (glType) {
-    case GL_FLOAT: return VarType::kFloat;
-    case GL_INT: case GL_UNSIGNED_INT: case GL_BOOL: return VarType::kInt;
-    case GL_FLOAT_VEC2: return VarType::kVec2;
-    case GL_FLOAT_VEC3: return VarType::kVec3;
-    case GL_FLOAT_VEC4: return VarType::kVec4;
-    case GL_FLOAT_MAT4: return VarType::kMat4;
-    case GL_SAMPLER_2D: case GL_SAMPLER_2D_ARRAY: case GL_SAMPLER_CUBE: case GL_SAMPLER_1D:
-    case GL_SAMPLER_3D: case GL_SAMPLER_2D_SHADOW:
+    case GL_FLOAT:
+      return VarType::kFloat;
+    case GL_INT:
+    case GL_UNSIGNED_INT:
+    case GL_BOOL:
+      return VarType::kInt;
+    case GL_FLOAT_VEC2:
+      return VarType::kVec2;
+    case GL_FLOAT_VEC3:
+      return VarType::kVec3;
+    case GL_FLOAT_VEC4:
+      return VarType::kVec4;
+    case GL_FLOAT_MAT4:
+      return VarType::kMat4;
+    case GL_SAMPLER_2D:
+    case GL_SAMPLER_2D_ARRAY:
+    case GL_SAMPLER_CUBE:
+    case GL_SAMPLER_1D:
+    case GL_SAMPLER_3D:
+    case GL_SAMPLER_2D_SHADOW:
       return VarType::kSampler;
-    default: return VarType::kUnsupported;
+    default:
+      return VarType::kUnsupported;
   }
 }
 
 size_t ElementBytes(VarType type) {
   switch (type) {
-    case VarType::kFloat: case VarType::kInt: return 4;
-    case VarType::kVec2: return 8;
-    case VarType::kVec3: return 12;
-    case VarType::kVec4: return 16;
-    case VarType::kMat4: return 64;
-    default: return 0;
+    case VarType::kFloat:
+    case VarType::kInt:
+      return 4;
+    case VarType::kVec2:
+      return 8;
+    case VarType::kVec3:
+      return 12;
+    case VarType::kVec4:
+      return 16;
+    case VarType::kMat4:
+      return 64;
+    default:
+      return 0;
   }
 }
 
@@ -202,8 +222,10 @@ void Effect::Build() {
     const GLuint program = entry.program->program;
     if (variable.type == VarType::kSampler) {
       std::vector<GLint> units(variable.arraySize);
-      for (uint32_t i = 0; i < variable.arraySize; ++i) units[i] = static_cast<GLint>(variable.firstSlot + i);
-      glProgramUniform1iv(program, entry.location, static_cast<GLsizei>(units.size()), units.data());
+      for (uint32_t i = 0; i < variable.arraySize; ++i)
+        units[i] = static_cast<GLint>(variable.firstSlot + i);
+      glProgramUniform1iv(program, entry.location, static_cast<GLsizei>(units.size()),
+                          units.data());
       entry.program->samplers.push_back(entry.variable);
     } else if (variable.type == VarType::kBlock) {
       glUniformBlockBinding(program, static_cast<GLuint>(entry.location), variable.firstSlot);

@@ -8,13 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <glm/mat4x4.hpp>
+#include <glm/vec4.hpp>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <glm/mat4x4.hpp>
-#include <glm/vec4.hpp>
 
 namespace grindle::gfx {
 

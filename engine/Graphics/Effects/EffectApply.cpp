@@ -19,18 +19,27 @@ void Effect::ApplyPass(TechniqueHandle technique, uint32_t pass) {
     const auto count = static_cast<GLsizei>(variable.arraySize);
     const auto* floats = reinterpret_cast<const GLfloat*>(variable.bytes.data());
     switch (variable.type) {
-      case VarType::kFloat: glProgramUniform1fv(program.program, uniform.location, count, floats); break;
+      case VarType::kFloat:
+        glProgramUniform1fv(program.program, uniform.location, count, floats);
+        break;
       case VarType::kInt:
         glProgramUniform1iv(program.program, uniform.location, count,
                             reinterpret_cast<const GLint*>(variable.bytes.data()));
         break;
-      case VarType::kVec2: glProgramUniform2fv(program.program, uniform.location, count, floats); break;
-      case VarType::kVec3: glProgramUniform3fv(program.program, uniform.location, count, floats); break;
-      case VarType::kVec4: glProgramUniform4fv(program.program, uniform.location, count, floats); break;
+      case VarType::kVec2:
+        glProgramUniform2fv(program.program, uniform.location, count, floats);
+        break;
+      case VarType::kVec3:
+        glProgramUniform3fv(program.program, uniform.location, count, floats);
+        break;
+      case VarType::kVec4:
+        glProgramUniform4fv(program.program, uniform.location, count, floats);
+        break;
       case VarType::kMat4:
         glProgramUniformMatrix4fv(program.program, uniform.location, count, GL_FALSE, floats);
         break;
-      default: break;
+      default:
+        break;
     }
   }
   for (uint32_t index : program.samplers) {
@@ -80,9 +89,13 @@ void Effect::SetVector(VariableHandle variable, const glm::vec4& value) {
   SetRaw(variable, &value[0], sizeof(glm::vec4));
 }
 
-void Effect::SetFloat(VariableHandle variable, float value) { SetRaw(variable, &value, sizeof(value)); }
+void Effect::SetFloat(VariableHandle variable, float value) {
+  SetRaw(variable, &value, sizeof(value));
+}
 
-void Effect::SetInt(VariableHandle variable, int32_t value) { SetRaw(variable, &value, sizeof(value)); }
+void Effect::SetInt(VariableHandle variable, int32_t value) {
+  SetRaw(variable, &value, sizeof(value));
+}
 
 void Effect::SetTexture(VariableHandle handle, GLuint texture, uint32_t element) {
   if (!handle.IsValid()) return;

@@ -116,10 +116,14 @@ class Parser {
       return true;
     }
     StageKind stage;
-    if (kind == "vertex") stage = StageKind::kVertex;
-    else if (kind == "geometry") stage = StageKind::kGeometry;
-    else if (kind == "fragment") stage = StageKind::kFragment;
-    else return Fail(at, "expected @common, @vertex, @geometry, @fragment, @technique or @include");
+    if (kind == "vertex")
+      stage = StageKind::kVertex;
+    else if (kind == "geometry")
+      stage = StageKind::kGeometry;
+    else if (kind == "fragment")
+      stage = StageKind::kFragment;
+    else
+      return Fail(at, "expected @common, @vertex, @geometry, @fragment, @technique or @include");
     if (out_.FindStage(stage, words[1]) != nullptr) {
       return Fail(at, "stage '" + std::string(words[1]) + "' defined twice");
     }
@@ -141,7 +145,8 @@ class Parser {
 
   bool PassLine(Origin at, std::string_view text) {
     const auto words = Words(text);
-    if (words.size() < 2 || words[0] != "pass") return Fail(at, "expected 'pass NAME key=value...'");
+    if (words.size() < 2 || words[0] != "pass")
+      return Fail(at, "expected 'pass NAME key=value...'");
     PassSource pass;
     pass.name = words[1];
     for (size_t i = 2; i < words.size(); ++i) {
@@ -150,20 +155,29 @@ class Parser {
       const std::string_view key = words[i].substr(0, equals);
       const std::string_view value = words[i].substr(equals + 1);
       bool ok = true;
-      if (key == "vertex") pass.vertex = value;
-      else if (key == "geometry") pass.geometry = value;
-      else if (key == "fragment") pass.fragment = value;
-      else if (key == "define") pass.defines = SplitCommas(value);
-      else if (key == "raster") ok = StateValue(at, key, value, pass.rasterizer);
-      else if (key == "blend") ok = StateValue(at, key, value, pass.blend);
-      else if (key == "depth") ok = StateValue(at, key, value, pass.depthStencil);
-      else return Fail(at, "unknown pass key '" + std::string(key) + "'");
+      if (key == "vertex")
+        pass.vertex = value;
+      else if (key == "geometry")
+        pass.geometry = value;
+      else if (key == "fragment")
+        pass.fragment = value;
+      else if (key == "define")
+        pass.defines = SplitCommas(value);
+      else if (key == "raster")
+        ok = StateValue(at, key, value, pass.rasterizer);
+      else if (key == "blend")
+        ok = StateValue(at, key, value, pass.blend);
+      else if (key == "depth")
+        ok = StateValue(at, key, value, pass.depthStencil);
+      else
+        return Fail(at, "unknown pass key '" + std::string(key) + "'");
       if (!ok) return false;
     }
     if (pass.vertex.empty() || pass.fragment.empty()) {
       return Fail(at, "expected vertex= and fragment= in pass '" + pass.name + "'");
     }
-    if (out_.FindStage(StageKind::kVertex, pass.vertex) == nullptr) return Fail(at, "no @vertex " + pass.vertex);
+    if (out_.FindStage(StageKind::kVertex, pass.vertex) == nullptr)
+      return Fail(at, "no @vertex " + pass.vertex);
     if (out_.FindStage(StageKind::kFragment, pass.fragment) == nullptr) {
       return Fail(at, "no @fragment " + pass.fragment);
     }
@@ -233,7 +247,8 @@ bool ParseEffectSource(std::string_view fileName, std::string_view text, EffectS
 
 std::string AssembleStage(const EffectSource& source, const PassSource& pass,
                           const StageSource& stage) {
-  static constexpr const char* kStageDefine[] = {"VERTEX_STAGE", "GEOMETRY_STAGE", "FRAGMENT_STAGE"};
+  static constexpr const char* kStageDefine[] = {"VERTEX_STAGE", "GEOMETRY_STAGE",
+                                                 "FRAGMENT_STAGE"};
   std::ostringstream glsl;
   glsl << "#version 450 core\n#define " << kStageDefine[static_cast<uint32_t>(stage.kind)] << "\n";
   for (const std::string& define : pass.defines) glsl << "#define " << define << "\n";
@@ -250,7 +265,8 @@ std::string NameFilesInLog(const std::vector<std::string>& files, std::string_vi
     std::string_view line = log.substr(start, end - start);
     uint32_t index = 0;
     auto [number, ec] = std::from_chars(line.data(), line.data() + line.size(), index);
-    if (ec == std::errc() && number < line.data() + line.size() && *number == ':' && index < files.size()) {
+    if (ec == std::errc() && number < line.data() + line.size() && *number == ':' &&
+        index < files.size()) {
       result += files[index];
       line.remove_prefix(static_cast<size_t>(number - line.data()));
     }

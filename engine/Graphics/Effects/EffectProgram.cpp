@@ -7,9 +7,12 @@ namespace {
 
 GLenum GlStage(StageKind kind) {
   switch (kind) {
-    case StageKind::kVertex: return GL_VERTEX_SHADER;
-    case StageKind::kGeometry: return GL_GEOMETRY_SHADER;
-    case StageKind::kFragment: return GL_FRAGMENT_SHADER;
+    case StageKind::kVertex:
+      return GL_VERTEX_SHADER;
+    case StageKind::kGeometry:
+      return GL_GEOMETRY_SHADER;
+    case StageKind::kFragment:
+      return GL_FRAGMENT_SHADER;
   }
   return GL_VERTEX_SHADER;
 }
@@ -54,14 +57,17 @@ GLuint BuildPassProgram(const std::string& fileName, const EffectSource& source,
                         const PassSource& pass, std::string& log) {
   std::vector<const StageSource*> stages = {source.FindStage(StageKind::kVertex, pass.vertex),
                                             source.FindStage(StageKind::kFragment, pass.fragment)};
-  if (!pass.geometry.empty()) stages.push_back(source.FindStage(StageKind::kGeometry, pass.geometry));
+  if (!pass.geometry.empty())
+    stages.push_back(source.FindStage(StageKind::kGeometry, pass.geometry));
 
   std::vector<GLuint> shaders;
   bool failed = false;
   for (const StageSource* stage : stages) {
     const GLuint shader = CompileStage(fileName, source, pass, *stage, log);
-    if (shader == 0) failed = true;
-    else shaders.push_back(shader);
+    if (shader == 0)
+      failed = true;
+    else
+      shaders.push_back(shader);
   }
   GLuint program = 0;
   if (!failed) {

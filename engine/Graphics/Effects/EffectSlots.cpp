@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view kListenerOwner = "EffectSlots";
 
 struct SlotRecord {
-  const char* file;          // within the shader folder
+  const char* file;  // within the shader folder
   bool isStartup;
   // Creates the wrapper from a path into its slot, replacing what was there.
   std::function<void(EffectSlots&, std::string)> create;
@@ -108,8 +108,10 @@ bool ReloadEffectFile(std::string_view fileName) {
     if (PathOf(slot) != fileName || slot.get(Effects()) == nullptr) continue;
     slot.create(Effects(), std::string(fileName));
     // Layouts hold no program, but rebuild the set's layouts in case the inputs moved.
-    if (slot.isStartup) CreateStartupLayouts();
-    else CreateSceneLayouts();
+    if (slot.isStartup)
+      CreateStartupLayouts();
+    else
+      CreateSceneLayouts();
     return true;
   }
   return false;

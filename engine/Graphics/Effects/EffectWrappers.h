@@ -33,12 +33,35 @@ class WrappedEffect : public Effect {
 };
 
 // The five lighting techniques, one per combination of maps a material has.
-enum class LitTech { D3D10_Tex_Spec_Norm, D3D10_Tex_Norm, D3D10_Tex_Spec, D3D10_NoTextures, D3D10_Tex };
+enum class LitTech {
+  D3D10_Tex_Spec_Norm,
+  D3D10_Tex_Norm,
+  D3D10_Tex_Spec,
+  D3D10_NoTextures,
+  D3D10_Tex
+};
 
 enum class BasicVar {
-  gWorldViewProj, gWorld, gWorldInvTranspose, gTexTransform, gEyePosW, gFogColor, gFogStart,
-  gFogRange, gHasShadow, gDirLights, gSpotLights, gMaterial, gDiffuseMap, gNormalMap, gSpecularMap,
-  gDirShadowTransforms, gDirShadowMaps, gSpotShadowTransforms, gSpotShadowMaps, gDirFloateans,
+  gWorldViewProj,
+  gWorld,
+  gWorldInvTranspose,
+  gTexTransform,
+  gEyePosW,
+  gFogColor,
+  gFogStart,
+  gFogRange,
+  gHasShadow,
+  gDirLights,
+  gSpotLights,
+  gMaterial,
+  gDiffuseMap,
+  gNormalMap,
+  gSpecularMap,
+  gDirShadowTransforms,
+  gDirShadowMaps,
+  gSpotShadowTransforms,
+  gSpotShadowMaps,
+  gDirFloateans,
   gSpotFloateans
 };
 class BasicEffect final : public WrappedEffect<LitTech, 5, BasicVar, 21> {
@@ -54,13 +77,37 @@ class ColorEffect final : public WrappedEffect<ColorTech, 1, ColorVar, 2> {
 };
 
 enum class SkinnedTech {
-  D3D10_Tex_Spec_Norm, D3D10_Tex_Norm, D3D10_Tex_Spec, D3D10_NoTextures, D3D10_Tex, D3D10_ToGlowMap
+  D3D10_Tex_Spec_Norm,
+  D3D10_Tex_Norm,
+  D3D10_Tex_Spec,
+  D3D10_NoTextures,
+  D3D10_Tex,
+  D3D10_ToGlowMap
 };
 enum class SkinnedVar {
-  gWorldViewProj, gWorldViewProjTex, gWorld, gWorldInvTranspose, gBoneTransforms, gTexTransform,
-  gEyePosW, gFogColor, gFogStart, gFogRange, gDirLights, gSpotLights, gMaterial, gDiffuseMap,
-  gNormalMap, gSpecularMap, gDirShadowTransforms, gDirShadowMaps, gSpotShadowTransforms,
-  gSpotShadowMaps, gSsaoMap, gDirFloateans, gSpotFloateans
+  gWorldViewProj,
+  gWorldViewProjTex,
+  gWorld,
+  gWorldInvTranspose,
+  gBoneTransforms,
+  gTexTransform,
+  gEyePosW,
+  gFogColor,
+  gFogStart,
+  gFogRange,
+  gDirLights,
+  gSpotLights,
+  gMaterial,
+  gDiffuseMap,
+  gNormalMap,
+  gSpecularMap,
+  gDirShadowTransforms,
+  gDirShadowMaps,
+  gSpotShadowTransforms,
+  gSpotShadowMaps,
+  gSsaoMap,
+  gDirFloateans,
+  gSpotFloateans
 };
 class NormalMapEffect final : public WrappedEffect<SkinnedTech, 6, SkinnedVar, 23> {
  public:
@@ -68,12 +115,26 @@ class NormalMapEffect final : public WrappedEffect<SkinnedTech, 6, SkinnedVar, 2
 };
 
 enum class ShadowTech {
-  BuildShadowMapTech, BuildShadowMapTechInstanced, BuildShadowMapTechSkinned,
-  BuildShadowMapAlphaClipTech, TessBuildShadowMapTech, TessBuildShadowMapAlphaClipTech
+  BuildShadowMapTech,
+  BuildShadowMapTechInstanced,
+  BuildShadowMapTechSkinned,
+  BuildShadowMapAlphaClipTech,
+  TessBuildShadowMapTech,
+  TessBuildShadowMapAlphaClipTech
 };
 enum class ShadowVar {
-  gViewProj, gWorldViewProj, gWorld, gWorldInvTranspose, gTexTransform, gEyePosW, gHeightScale,
-  gMaxTessDistance, gMinTessDistance, gMinTessFactor, gMaxTessFactor, gDiffuseMap
+  gViewProj,
+  gWorldViewProj,
+  gWorld,
+  gWorldInvTranspose,
+  gTexTransform,
+  gEyePosW,
+  gHeightScale,
+  gMaxTessDistance,
+  gMinTessDistance,
+  gMinTessFactor,
+  gMaxTessFactor,
+  gDiffuseMap
 };
 class BuildShadowMapEffect final : public WrappedEffect<ShadowTech, 6, ShadowVar, 12> {
  public:
@@ -81,9 +142,26 @@ class BuildShadowMapEffect final : public WrappedEffect<ShadowTech, 6, ShadowVar
 };
 
 enum class InstancedVar {
-  gViewProj, gWorld, gWorldInvTranspose, gTexTransform, gEyePosW, gFogColor, gFogStart, gFogRange,
-  gDirLights, gSpotLights, gMaterial, gDiffuseMap, gNormalMap, gSpecularMap, gDirShadowTransforms,
-  gDirShadowMaps, gSpotShadowTransforms, gSpotShadowMaps, gDirFloateans, gSpotFloateans
+  gViewProj,
+  gWorld,
+  gWorldInvTranspose,
+  gTexTransform,
+  gEyePosW,
+  gFogColor,
+  gFogStart,
+  gFogRange,
+  gDirLights,
+  gSpotLights,
+  gMaterial,
+  gDiffuseMap,
+  gNormalMap,
+  gSpecularMap,
+  gDirShadowTransforms,
+  gDirShadowMaps,
+  gSpotShadowTransforms,
+  gSpotShadowMaps,
+  gDirFloateans,
+  gSpotFloateans
 };
 class BasicInstancedEffect final : public WrappedEffect<LitTech, 5, InstancedVar, 20> {
  public:
@@ -99,17 +177,39 @@ class RenderGlowMapEffect final : public WrappedEffect<GlowTech, 2, GlowVar, 4> 
 
 enum class ParticleTech { StreamOutTech, DrawTech };
 enum class ParticleVar {
-  gViewProj, gGameTime, gTimeStep, gEyePosW, gEmitPosW, gEmitDirW, gTexArray, gRandomTex
+  gViewProj,
+  gGameTime,
+  gTimeStep,
+  gEyePosW,
+  gEmitPosW,
+  gEmitDirW,
+  gTexArray,
+  gRandomTex
 };
 class ParticleEffect final : public WrappedEffect<ParticleTech, 2, ParticleVar, 8> {
  public:
   explicit ParticleEffect(std::string fileName);
 };
 
-enum class SpriteTech { TextHUDTech, TextWorldTech, SpriteHUDTech, SpriteWorldTech, SpriteHUDScrollTech };
+enum class SpriteTech {
+  TextHUDTech,
+  TextWorldTech,
+  SpriteHUDTech,
+  SpriteWorldTech,
+  SpriteHUDScrollTech
+};
 enum class SpriteVar {
-  gWVP, gColor, gFontTexture, gPosition, gScreenWidth, gScreenHeight, gFontScale, gSpriteWidth,
-  gSpriteHeight, gWidthPercentage, gTexTransform
+  gWVP,
+  gColor,
+  gFontTexture,
+  gPosition,
+  gScreenWidth,
+  gScreenHeight,
+  gFontScale,
+  gSpriteWidth,
+  gSpriteHeight,
+  gWidthPercentage,
+  gTexTransform
 };
 class SpriteEffect final : public WrappedEffect<SpriteTech, 5, SpriteVar, 11> {
  public:
@@ -124,12 +224,32 @@ class SkyEffect final : public WrappedEffect<SkyTech, 1, SkyVar, 2> {
 };
 
 enum class QuadTech {
-  DrawImageTech, DrawImageAlphaBlendTech, BlurHorizontalTech, BlurVerticalTech, SobelTech, GlowTech,
-  OutlineTech, AddTech, DOFTech, HueTech, BloomTech, SSAOTech, BlackAndWhiteTech, GreyScaleTech,
+  DrawImageTech,
+  DrawImageAlphaBlendTech,
+  BlurHorizontalTech,
+  BlurVerticalTech,
+  SobelTech,
+  GlowTech,
+  OutlineTech,
+  AddTech,
+  DOFTech,
+  HueTech,
+  BloomTech,
+  SSAOTech,
+  BlackAndWhiteTech,
+  GreyScaleTech,
   SepiaTech
 };
 enum class QuadVar {
-  gHue, gDist, gRange, gBlendFactor, gWorldViewProj, gTexture, gTexture2, gGlowTexture, gRandomTexture
+  gHue,
+  gDist,
+  gRange,
+  gBlendFactor,
+  gWorldViewProj,
+  gTexture,
+  gTexture2,
+  gGlowTexture,
+  gRandomTexture
 };
 // The post-processing chain (its effects and their targets) is owned beside this wrapper by the
 // renderer's PostProcessChain, which is built from it.

@@ -35,11 +35,13 @@ std::vector<Element> MeshElements() {
 
 std::vector<Element> SkinnedElements() {
   std::vector<Element> elements = MeshElements();
-  static constexpr const char* kWeights[] = {"WEIGHTSA", "WEIGHTSB", "WEIGHTSC", "WEIGHTSD", "WEIGHTSE"};
+  static constexpr const char* kWeights[] = {"WEIGHTSA", "WEIGHTSB", "WEIGHTSC", "WEIGHTSD",
+                                             "WEIGHTSE"};
   static constexpr const char* kBones[] = {"BONEINDICESA", "BONEINDICESB", "BONEINDICESC",
                                            "BONEINDICESD", "BONEINDICESE"};
   for (uint32_t i = 0; i < 5; ++i) elements.push_back({kWeights[i], 0, 1, GL_FLOAT, 44 + 4 * i, 0});
-  for (uint32_t i = 0; i < 5; ++i) elements.push_back({kBones[i], 0, 1, GL_UNSIGNED_INT, 64 + 4 * i, 0});
+  for (uint32_t i = 0; i < 5; ++i)
+    elements.push_back({kBones[i], 0, 1, GL_UNSIGNED_INT, 64 + 4 * i, 0});
   return elements;
 }
 
@@ -51,22 +53,37 @@ std::vector<Element> InstancedElements() {
 
 const std::array<LayoutRecipe, static_cast<size_t>(LayoutKind::kCount)>& Recipes() {
   static const std::array<LayoutRecipe, static_cast<size_t>(LayoutKind::kCount)> recipes = {{
-      {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"NORMAL", 0, 3, GL_FLOAT, 12, 0},
+      {{{"POSITION", 0, 3, GL_FLOAT, 0, 0},
+        {"NORMAL", 0, 3, GL_FLOAT, 12, 0},
         {"TEXCOORD", 0, 2, GL_FLOAT, 24, 0}},
-       32, true, [] { return static_cast<Effect*>(Effects().drawQuad.get()); }},
+       32,
+       true,
+       [] { return static_cast<Effect*>(Effects().drawQuad.get()); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"TEXCOORD", 0, 2, GL_FLOAT, 12, 0}},
-       20, true, [] { return static_cast<Effect*>(Effects().sprite.get()); }},
+       20,
+       true,
+       [] { return static_cast<Effect*>(Effects().sprite.get()); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}},
-       12, true, [] { return static_cast<Effect*>(Effects().sky.get()); }},
-      {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"CURPOSITION", 0, 3, GL_FLOAT, 12, 0},
-        {"VELOCITY", 0, 3, GL_FLOAT, 24, 0}, {"SIZE", 0, 2, GL_FLOAT, 36, 0},
-        {"AGE", 0, 1, GL_FLOAT, 44, 0}, {"ROTANGLE", 0, 1, GL_FLOAT, 48, 0},
+       12,
+       true,
+       [] { return static_cast<Effect*>(Effects().sky.get()); }},
+      {{{"POSITION", 0, 3, GL_FLOAT, 0, 0},
+        {"CURPOSITION", 0, 3, GL_FLOAT, 12, 0},
+        {"VELOCITY", 0, 3, GL_FLOAT, 24, 0},
+        {"SIZE", 0, 2, GL_FLOAT, 36, 0},
+        {"AGE", 0, 1, GL_FLOAT, 44, 0},
+        {"ROTANGLE", 0, 1, GL_FLOAT, 48, 0},
         {"TYPE", 0, 1, GL_UNSIGNED_INT, 52, 0}},
-       56, true, [] { return static_cast<Effect*>(Effects().explosion.get()); }},
+       56,
+       true,
+       [] { return static_cast<Effect*>(Effects().explosion.get()); }},
       {MeshElements(), 44, false, [] { return static_cast<Effect*>(Effects().basic.get()); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"COLOR", 0, 4, GL_FLOAT, 12, 0}},
-       28, false, [] { return static_cast<Effect*>(Effects().color.get()); }},
-      {SkinnedElements(), 84, false, [] { return static_cast<Effect*>(Effects().normalMap.get()); }},
+       28,
+       false,
+       [] { return static_cast<Effect*>(Effects().color.get()); }},
+      {SkinnedElements(), 84, false,
+       [] { return static_cast<Effect*>(Effects().normalMap.get()); }},
       {InstancedElements(), 44, false,
        [] { return static_cast<Effect*>(Effects().instanced.get()); }},
   }};

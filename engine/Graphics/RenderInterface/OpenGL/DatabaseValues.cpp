@@ -19,7 +19,8 @@ std::optional<glm::vec4> ReadFour(const Database& database, uint32_t key) {
   return std::nullopt;
 }
 
-bool WriteFourComponents(Database& database, uint32_t key, int first, int count, const float* values) {
+bool WriteFourComponents(Database& database, uint32_t key, int first, int count,
+                         const float* values) {
   if (const DataHandle<glm::vec4> value = database.Find<glm::vec4>(key)) {
     for (int i = 0; i < count; ++i) (*value)[first + i] = values[i];
     return true;

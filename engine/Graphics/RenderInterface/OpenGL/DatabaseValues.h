@@ -4,9 +4,8 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-
 #include <glm/vec4.hpp>
+#include <optional>
 
 namespace grindle {
 class Database;
@@ -17,7 +16,8 @@ namespace grindle::gfx {
 double ReadDouble(const Database& database, uint32_t key, double fallback);
 std::optional<glm::vec4> ReadFour(const Database& database, uint32_t key);
 // Sets components [first, first + count) of a four-float entry; returns false when there is none.
-bool WriteFourComponents(Database& database, uint32_t key, int first, int count, const float* values);
+bool WriteFourComponents(Database& database, uint32_t key, int first, int count,
+                         const float* values);
 // Replaces or adds a double entry.
 void WriteDouble(Database& database, uint32_t key, double value);
 

@@ -1,7 +1,6 @@
 #include "Graphics/RenderInterface/OpenGL/FreeCamera.h"
 
 #include <cmath>
-
 #include <glm/geometric.hpp>
 
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
@@ -19,7 +18,8 @@ bool Held(const Keyboard& keyboard, int key) { return (keyboard.Current(key) & 0
 FreeCamera::FreeCamera() : position_(0.0f, 10.0f, -30.0f) { RebuildAxes(); }
 
 void FreeCamera::RebuildAxes() {
-  look_ = glm::vec3(std::sin(yaw_) * std::cos(pitch_), -std::sin(pitch_), std::cos(yaw_) * std::cos(pitch_));
+  look_ = glm::vec3(std::sin(yaw_) * std::cos(pitch_), -std::sin(pitch_),
+                    std::cos(yaw_) * std::cos(pitch_));
   right_ = glm::normalize(glm::cross(look_, glm::vec3(0.0f, 1.0f, 0.0f)));
   up_ = glm::cross(right_, look_);
 }

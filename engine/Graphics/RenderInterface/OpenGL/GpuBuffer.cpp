@@ -30,10 +30,18 @@ GpuBuffer& GpuBuffer::operator=(GpuBuffer&& other) noexcept {
 
 void SetTopology(Topology topology) {
   switch (topology) {
-    case Topology::kTriangleList: gTopology = GL_TRIANGLES; break;
-    case Topology::kLineList: gTopology = GL_LINES; break;
-    case Topology::kLineStrip: gTopology = GL_LINE_STRIP; break;
-    case Topology::kPointList: gTopology = GL_POINTS; break;
+    case Topology::kTriangleList:
+      gTopology = GL_TRIANGLES;
+      break;
+    case Topology::kLineList:
+      gTopology = GL_LINES;
+      break;
+    case Topology::kLineStrip:
+      gTopology = GL_LINE_STRIP;
+      break;
+    case Topology::kPointList:
+      gTopology = GL_POINTS;
+      break;
   }
 }
 

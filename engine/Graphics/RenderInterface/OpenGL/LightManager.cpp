@@ -1,10 +1,9 @@
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 
 #include <cmath>
-#include <string>
-
 #include <glm/geometric.hpp>
 #include <glm/trigonometric.hpp>
+#include <string>
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
@@ -37,7 +36,8 @@ bool IsSpotLight(const Database& light) {
   return ReadDouble(light, KeyOf(WellKnown::type), 0.0) == 1.0;
 }
 
-glm::mat4 ShadowViewProj(const glm::vec3& eye, const glm::vec3& direction, const glm::mat4& projection) {
+glm::mat4 ShadowViewProj(const glm::vec3& eye, const glm::vec3& direction,
+                         const glm::mat4& projection) {
   const glm::vec3 up = std::abs(direction.y) > 0.99f ? glm::vec3(0, 0, 1) : glm::vec3(0, 1, 0);
   return projection * LookAtMatrix(eye, direction, up);
 }
@@ -55,7 +55,8 @@ const Database* CurrentGameObjects(const Database& root) {
 
 LightManager::LightManager(Database& root)
     : root_(root), defaults_(DefaultLights()), lights_(defaults_) {
-  for (RenderTarget& map : directionalMaps_) map.Create(kDirectionalShadowSize, kDirectionalShadowSize, false);
+  for (RenderTarget& map : directionalMaps_)
+    map.Create(kDirectionalShadowSize, kDirectionalShadowSize, false);
   for (RenderTarget& map : spotMaps_) map.Create(kSpotShadowSize, kSpotShadowSize, false);
 }
 
@@ -93,12 +94,15 @@ void LightManager::ReadLight(const Database& object, const Database& light, int&
   target.direction = glm::normalize(ReadDirection(light, target.direction));
   target.range = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::Range), target.range));
   target.spot = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotExponent), target.spot));
-  target.innerAngle = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotInnerAngle), target.innerAngle));
-  target.outerAngle = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotOuterAngle), target.outerAngle));
+  target.innerAngle =
+      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotInnerAngle), target.innerAngle));
+  target.outerAngle =
+      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::SpotOuterAngle), target.outerAngle));
   if (const auto attenuation = ReadFour(light, KeyOf(WellKnown::Attenuation))) {
     target.attenuation = glm::vec3(*attenuation);
   } else {
-    target.attenuation.x = static_cast<float>(ReadDouble(light, KeyOf(WellKnown::Attenuation), target.attenuation.x));
+    target.attenuation.x =
+        static_cast<float>(ReadDouble(light, KeyOf(WellKnown::Attenuation), target.attenuation.x));
   }
   // A spot light sits at its object plus the offset.
   glm::vec3 position = target.position;
@@ -107,10 +111,11 @@ void LightManager::ReadLight(const Database& object, const Database& light, int&
                 static_cast<float>(ReadDouble(*transform, KeyOf(WellKnown::PositionY), 0.0)),
                 static_cast<float>(ReadDouble(*transform, KeyOf(WellKnown::PositionZ), 0.0))};
   }
-  target.position = position + glm::vec3(
-      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetX), 0.0)),
-      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetY), 0.0)),
-      static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetZ), 0.0)));
+  target.position =
+      position +
+      glm::vec3(static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetX), 0.0)),
+                static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetY), 0.0)),
+                static_cast<float>(ReadDouble(light, KeyOf(WellKnown::PositionOffsetZ), 0.0)));
 }
 
 void LightManager::Update(const glm::vec3& focus) {
@@ -169,17 +174,21 @@ void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
   const auto upload = [&](auto* effect, auto var) {
     using Var = decltype(var);
     if (effect == nullptr) return;
-    effect->SetRaw(effect->Var(Var::gDirLights), lights_.directional.data(), sizeof(lights_.directional));
+    effect->SetRaw(effect->Var(Var::gDirLights), lights_.directional.data(),
+                   sizeof(lights_.directional));
     effect->SetRaw(effect->Var(Var::gSpotLights), lights_.spot.data(), sizeof(lights_.spot));
-    effect->SetMatrixArray(effect->Var(Var::gDirShadowTransforms), directionalViewProj_.data(), kDirectionalLightCount);
-    effect->SetMatrixArray(effect->Var(Var::gSpotShadowTransforms), spotViewProj_.data(), kSpotLightCount);
+    effect->SetMatrixArray(effect->Var(Var::gDirShadowTransforms), directionalViewProj_.data(),
+                           kDirectionalLightCount);
+    effect->SetMatrixArray(effect->Var(Var::gSpotShadowTransforms), spotViewProj_.data(),
+                           kSpotLightCount);
     for (uint32_t i = 0; i < kDirectionalLightCount; ++i) {
       effect->SetTexture(effect->Var(Var::gDirShadowMaps), directionalMaps_[i].DepthTexture(), i);
     }
     for (uint32_t i = 0; i < kSpotLightCount; ++i) {
       effect->SetTexture(effect->Var(Var::gSpotShadowMaps), spotMaps_[i].DepthTexture(), i);
     }
-    effect->SetRaw(effect->Var(Var::gDirFloateans), directionalCasts.data(), sizeof(directionalCasts));
+    effect->SetRaw(effect->Var(Var::gDirFloateans), directionalCasts.data(),
+                   sizeof(directionalCasts));
     effect->SetRaw(effect->Var(Var::gSpotFloateans), spotCasts.data(), sizeof(spotCasts));
   };
   upload(Effects().basic.get(), BasicVar{});

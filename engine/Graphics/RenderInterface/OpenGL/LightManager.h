@@ -6,13 +6,12 @@
 #pragma once
 
 #include <array>
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
-
-#include <glm/mat4x4.hpp>
-#include <glm/vec2.hpp>
 
 #include "Core/DataHandle.h"
 #include "Graphics/RenderInterface/OpenGL/Lights.h"
@@ -39,7 +38,9 @@ class LightManager {
   // Remembers objects with a `Light` component, and those that ask for the sky.
   void AddObject(const Database& object, std::string_view objectName);
   void RemoveObject(std::string_view objectName);
-  bool HasObject(std::string_view objectName) const { return lightObjects_.count(std::string(objectName)) != 0; }
+  bool HasObject(std::string_view objectName) const {
+    return lightObjects_.count(std::string(objectName)) != 0;
+  }
 
   // Rebuilds the light set from the defaults and the current level's light objects, then the
   // view-projection of every shadow-casting light around `focus`.
@@ -56,7 +57,8 @@ class LightManager {
   void SetTrackedSpotPosition(float x, float z);
 
  private:
-  void ReadLight(const Database& object, const Database& light, int& nextDirectional, int& nextSpot);
+  void ReadLight(const Database& object, const Database& light, int& nextDirectional,
+                 int& nextSpot);
 
   Database& root_;
   LightSet defaults_;

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <array>
-
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 
@@ -26,10 +25,10 @@ struct SpotLight {
   glm::vec3 position;
   float range;
   glm::vec3 direction;
-  float spot;  // exponent
+  float spot;             // exponent
   glm::vec3 attenuation;  // constant, linear, quadratic
-  float innerAngle;  // degrees
-  float outerAngle;  // degrees
+  float innerAngle;       // degrees
+  float outerAngle;       // degrees
   float pad[3];
 };
 static_assert(sizeof(SpotLight) == 112);
@@ -44,16 +43,40 @@ struct LightSet {
 
 inline LightSet DefaultLights() {
   LightSet lights{};
-  lights.directional[0] = {{0.3f, 0.3f, 0.3f, 1}, {0.7f, 0.7f, 0.7f, 1}, {0.5f, 0.5f, 0.5f, 1},
-                           {0.57735f, -0.57735f, 0.57735f}, 0};
-  lights.directional[1] = {{0, 0, 0, 1}, {0.3f, 0.3f, 0.3f, 1}, {0.25f, 0.25f, 0.25f, 1},
-                           {-0.57735f, -0.57735f, 0.57735f}, 0};
-  lights.directional[2] = {{0, 0, 0, 1}, {0.5f, 0.5f, 0.5f, 1}, {0, 0, 0, 1},
-                           {0.0f, -0.707f, -0.707f}, 0};
-  lights.spot[0] = {{0, 0, 0, 1}, {1, 0.4f, 0, 1}, {1, 0.4f, 0, 1}, {0, 40, 0}, 200,
-                    {0, -1, 0}, 64, {1, 0, 0}, 20, 45, {0, 0, 0}};
-  lights.spot[1] = {{0, 0, 0, 1}, {0.5f, 0.5f, 0.5f, 1}, {0.5f, 0.5f, 0.5f, 1}, {0, 40, 0}, 200,
-                    {0, -1, 0}, 64, {1, 0, 0}, 25, 75, {0, 0, 0}};
+  lights.directional[0] = {{0.3f, 0.3f, 0.3f, 1},
+                           {0.7f, 0.7f, 0.7f, 1},
+                           {0.5f, 0.5f, 0.5f, 1},
+                           {0.57735f, -0.57735f, 0.57735f},
+                           0};
+  lights.directional[1] = {{0, 0, 0, 1},
+                           {0.3f, 0.3f, 0.3f, 1},
+                           {0.25f, 0.25f, 0.25f, 1},
+                           {-0.57735f, -0.57735f, 0.57735f},
+                           0};
+  lights.directional[2] = {
+      {0, 0, 0, 1}, {0.5f, 0.5f, 0.5f, 1}, {0, 0, 0, 1}, {0.0f, -0.707f, -0.707f}, 0};
+  lights.spot[0] = {{0, 0, 0, 1},
+                    {1, 0.4f, 0, 1},
+                    {1, 0.4f, 0, 1},
+                    {0, 40, 0},
+                    200,
+                    {0, -1, 0},
+                    64,
+                    {1, 0, 0},
+                    20,
+                    45,
+                    {0, 0, 0}};
+  lights.spot[1] = {{0, 0, 0, 1},
+                    {0.5f, 0.5f, 0.5f, 1},
+                    {0.5f, 0.5f, 0.5f, 1},
+                    {0, 40, 0},
+                    200,
+                    {0, -1, 0},
+                    64,
+                    {1, 0, 0},
+                    25,
+                    75,
+                    {0, 0, 0}};
   return lights;
 }
 

@@ -5,10 +5,9 @@
 // returns null and the renderer draws no meshes.
 #pragma once
 
+#include <glm/mat4x4.hpp>
 #include <memory>
 #include <string_view>
-
-#include <glm/mat4x4.hpp>
 
 #include "Core/DataHandle.h"
 

@@ -1,10 +1,9 @@
 // One frame in its fixed order: lights, shadows, the lit scene with fog, particles, debug lines,
 // the glow pass, post-processing, the overlay, the letterboxed composite and presenting.
-#include <vector>
-
 #include <stb_image_write.h>
 
 #include <glm/ext/matrix_transform.hpp>
+#include <vector>
 
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"

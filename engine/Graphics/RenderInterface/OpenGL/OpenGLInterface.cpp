@@ -113,13 +113,15 @@ void OpenGLInterface::SetFieldOfView(float radians) {
   fieldOfView_ = ClampFieldOfView(fieldOfView_, radians);
   const float aspect = static_cast<float>(renderWidth_) / static_cast<float>(renderHeight_);
   projection_ = PerspectiveMatrix(fieldOfView_, aspect);
-  orthographic_ = OrthographicMatrix(static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
+  orthographic_ =
+      OrthographicMatrix(static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
 }
 
 void OpenGLInterface::SetResolution(int width, int height) {
   renderWidth_ = width;
   renderHeight_ = height;
-  for (RenderTarget* target : {&glowTargetA_, &glowTargetB_, &overlayTarget_, &sceneTarget_, &spareTarget_}) {
+  for (RenderTarget* target :
+       {&glowTargetA_, &glowTargetB_, &overlayTarget_, &sceneTarget_, &spareTarget_}) {
     target->Create(width, height, true, GL_RGBA8);
   }
   postProcessing_->Resize(width, height);

@@ -1,16 +1,16 @@
 // The OpenGL 4.5 renderer: context and back buffer, the five render targets at the render
 // resolution, the full-screen quad, camera and matrices, the per-kind managers and the frame.
-// Main thread only. The constructor publishes the instance as the current renderer (CurrentRenderer)
-// and the destructor clears it; message handlers registered in Initialize reach it through that.
+// Main thread only. The constructor publishes the instance as the current renderer
+// (CurrentRenderer) and the destructor clears it; message handlers registered in Initialize reach
+// it through that.
 #pragma once
-
-#include <memory>
-#include <string>
-#include <vector>
 
 #include <glm/mat4x4.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "Core/DataHandle.h"
 #include "Graphics/RenderInterface/OpenGL/FreeCamera.h"

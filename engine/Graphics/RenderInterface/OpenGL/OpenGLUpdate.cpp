@@ -14,7 +14,8 @@ namespace grindle::gfx {
 namespace {
 
 bool IsGamePaused(const Database& root) {
-  if (const DataHandle<bool> paused = root.Find<bool>(KeyOf(WellKnown::isGamePaused))) return *paused;
+  if (const DataHandle<bool> paused = root.Find<bool>(KeyOf(WellKnown::isGamePaused)))
+    return *paused;
   return ReadDouble(root, KeyOf(WellKnown::isGamePaused), 0.0) != 0.0;
 }
 
@@ -53,12 +54,15 @@ void OpenGLInterface::UpdateCamera(Database& gameObjects, float dt) {
   Database& level = *root_.Find<Database>(KeyOf(WellKnown::Levels))->Find<Database>(*current);
   DataHandle<Database> target = level.Find<Database>(KeyOf(WellKnown::CurrentCamera));
   if (!target) target = level.Add<Database>("CurrentCamera");
-  const std::pair<WellKnown, float> values[] = {
-      {WellKnown::PositionX, eyePosition_.x}, {WellKnown::PositionY, eyePosition_.y},
-      {WellKnown::PositionZ, eyePosition_.z}, {WellKnown::ViewX, basis.direction.x},
-      {WellKnown::ViewY, basis.direction.y},  {WellKnown::ViewZ, basis.direction.z},
-      {WellKnown::UpX, basis.up.x},           {WellKnown::UpY, basis.up.y},
-      {WellKnown::UpZ, basis.up.z}};
+  const std::pair<WellKnown, float> values[] = {{WellKnown::PositionX, eyePosition_.x},
+                                                {WellKnown::PositionY, eyePosition_.y},
+                                                {WellKnown::PositionZ, eyePosition_.z},
+                                                {WellKnown::ViewX, basis.direction.x},
+                                                {WellKnown::ViewY, basis.direction.y},
+                                                {WellKnown::ViewZ, basis.direction.z},
+                                                {WellKnown::UpX, basis.up.x},
+                                                {WellKnown::UpY, basis.up.y},
+                                                {WellKnown::UpZ, basis.up.z}};
   for (const auto& [key, value] : values) WriteDouble(*target, KeyOf(key), value);
   view_ = LookAtMatrix(eyePosition_, basis.direction, basis.up);
 }
@@ -66,7 +70,8 @@ void OpenGLInterface::UpdateCamera(Database& gameObjects, float dt) {
 void OpenGLInterface::UpdateTrackedObject(Database& gameObjects) {
   // Looked up again each frame: a handle kept across frames could outlive a level unload.
   const DataHandle<Database> potato = gameObjects.Find<Database>(KeyOf(WellKnown::Potato));
-  trackedTransform_ = potato ? potato->Find<Database>(KeyOf(WellKnown::Transform)) : DataHandle<Database>();
+  trackedTransform_ =
+      potato ? potato->Find<Database>(KeyOf(WellKnown::Transform)) : DataHandle<Database>();
   if (!trackedTransform_) return;
   const glm::vec3 position = ReadPosition(*trackedTransform_);
   lights_->SetTrackedSpotPosition(position.x, position.z);

@@ -59,7 +59,8 @@ void BloomPostEffect::Resize(int width, int height) {
 RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
   DrawImagePass(QuadTech::BloomTech, bright_, input->ColorTexture());
   const RenderTarget* blurred = blur_.Blur(bright_.ColorTexture());
-  if (DrawQuadEffect* quad = Effects().drawQuad.get()) quad->SetFloat(quad->Var(QuadVar::gBlendFactor), 1.0f);
+  if (DrawQuadEffect* quad = Effects().drawQuad.get())
+    quad->SetFloat(quad->Var(QuadVar::gBlendFactor), 1.0f);
   DrawImagePass(QuadTech::AddTech, result_, input->ColorTexture(), blurred->ColorTexture());
   return &result_;
 }

@@ -54,8 +54,9 @@ void PostProcessChain::SetOrder(std::string_view names) {
     // The glow runs before the list anyway, and an effect twice would read its own target.
     const bool listed = std::find(ordered_.begin(), ordered_.end(), match) != ordered_.end();
     if (match == nullptr || match == glow_ || listed) {
-      std::printf("Post effect \"%.*s\" is not one of the chain's effects or is listed twice; skipped\n",
-                  static_cast<int>(name.size()), name.data());
+      std::printf(
+          "Post effect \"%.*s\" is not one of the chain's effects or is listed twice; skipped\n",
+          static_cast<int>(name.size()), name.data());
       continue;
     }
     ordered_.push_back(match);

@@ -32,7 +32,8 @@ class PostProcessChain {
 
   void Resize(int width, int height);
   // The glow pass of the frame: the scene with this frame's glow and the fading previous one.
-  RenderTarget* ApplyGlow(RenderTarget* scene, RenderTarget* currentGlow, RenderTarget* previousGlow);
+  RenderTarget* ApplyGlow(RenderTarget* scene, RenderTarget* currentGlow,
+                          RenderTarget* previousGlow);
   // Every effect of the ordered list in turn.
   RenderTarget* ApplyOrdered(RenderTarget* image);
 

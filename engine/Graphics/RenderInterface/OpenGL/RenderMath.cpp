@@ -1,9 +1,8 @@
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 
 #include <cmath>
-#include <string_view>
-
 #include <glm/geometric.hpp>
+#include <string_view>
 
 namespace grindle::gfx {
 
@@ -57,8 +56,10 @@ glm::vec2 LetterboxScale(int clientWidth, int clientHeight, int renderWidth, int
   const float windowAspect = static_cast<float>(clientWidth) / static_cast<float>(clientHeight);
   const float renderAspect = static_cast<float>(renderWidth) / static_cast<float>(renderHeight);
   glm::vec2 scale(1.0f, 1.0f);
-  if (windowAspect <= renderAspect) scale.y = windowAspect / renderAspect;
-  else scale.x = renderAspect / windowAspect;
+  if (windowAspect <= renderAspect)
+    scale.y = windowAspect / renderAspect;
+  else
+    scale.x = renderAspect / windowAspect;
   return scale;
 }
 

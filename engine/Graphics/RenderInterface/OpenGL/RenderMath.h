@@ -4,12 +4,11 @@
 // (v x M); a product A x B in that convention is B * A in GLM.
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include <glm/mat4x4.hpp>
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
+#include <optional>
+#include <string_view>
 
 namespace grindle::gfx {
 

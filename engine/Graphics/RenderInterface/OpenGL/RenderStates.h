@@ -8,7 +8,7 @@
 namespace grindle::gfx {
 
 enum RasterizerState : int32_t {
-  kRasterSolid = 0,      // fill, cull back faces (fronts wound as the primitive generators make them)
+  kRasterSolid = 0,  // fill, cull back faces (fronts wound as the primitive generators make them)
   kRasterWireframe = 1,  // lines, no culling
   kRasterNoCull = 2,     // fill, both sides (sky dome from inside, sprites)
   kRasterShadow = 3,     // fill, cull back faces, depth bias against shadow acne
@@ -24,14 +24,15 @@ enum BlendState : int32_t {
 };
 
 enum DepthStencilState : int32_t {
-  kDepthLess = 0,         // test and write
-  kDepthDisabled = 1,     // neither test nor write (full-screen passes)
+  kDepthLess = 0,              // test and write
+  kDepthDisabled = 1,          // neither test nor write (full-screen passes)
   kDepthLessEqualNoWrite = 2,  // test only (sky dome, particles)
   kDepthStencilCount
 };
 
 void SetRasterizerState(int32_t index);
-void SetBlendState(int32_t index, const float blendFactor[4] = nullptr, uint32_t sampleMask = 0xFFFFFFFFu);
+void SetBlendState(int32_t index, const float blendFactor[4] = nullptr,
+                   uint32_t sampleMask = 0xFFFFFFFFu);
 void SetDepthStencilState(int32_t index, uint32_t stencilRef = 0);
 // Rasteriser 0, blend 0 with factor 0 and mask 0xFFFFFFFF, depth-stencil 0 with reference 0.
 void ResetRenderStates(int32_t blend = kBlendOpaque);

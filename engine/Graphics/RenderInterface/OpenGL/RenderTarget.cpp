@@ -57,8 +57,9 @@ void RenderTarget::Create(int width, int height, bool withColour, GLenum format)
     glNamedFramebufferDrawBuffer(framebuffer_, GL_NONE);
     glNamedFramebufferReadBuffer(framebuffer_, GL_NONE);
   }
-  GRINDLE_ASSERT(glCheckNamedFramebufferStatus(framebuffer_, GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE,
-                 "Render target framebuffer is incomplete");
+  GRINDLE_ASSERT(
+      glCheckNamedFramebufferStatus(framebuffer_, GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE,
+      "Render target framebuffer is incomplete");
 }
 
 void RenderTarget::Begin(bool clearAlternate) {

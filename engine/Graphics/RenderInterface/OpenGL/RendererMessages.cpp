@@ -1,8 +1,8 @@
 #include "Graphics/RenderInterface/OpenGL/RendererMessages.h"
 
 #include <array>
-#include <cstdio>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 #include "Core/Database.h"
@@ -33,7 +33,8 @@ std::string TextArgument(const MessageArgs& args, uint32_t index) {
 // Scripts and files send doubles; the window procedure sends its sizes as unsigned integers.
 float NumberArgument(const MessageArgs& args, uint32_t index) {
   if (const double* number = args.Get<double>(index)) return static_cast<float>(*number);
-  if (const unsigned int* number = args.Get<unsigned int>(index)) return static_cast<float>(*number);
+  if (const unsigned int* number = args.Get<unsigned int>(index))
+    return static_cast<float>(*number);
   if (const int* number = args.Get<int>(index)) return static_cast<float>(*number);
   return 0.0f;
 }
@@ -73,15 +74,18 @@ void RendererMessages::UnloadLevel(OpenGLInterface& renderer, const MessageArgs&
   if (!level) return;
   const DataHandle<Database> objects = level->Find<Database>(KeyOf(WellKnown::GameObjects));
   if (!objects) return;
-  for (const Database::Record& record : objects->Records()) renderer.lights_->RemoveObject(record.name);
+  for (const Database::Record& record : objects->Records())
+    renderer.lights_->RemoveObject(record.name);
 }
 
-void RendererMessages::SpriteAlpha(OpenGLInterface& renderer, const MessageArgs& args, WellKnown sprite) {
+void RendererMessages::SpriteAlpha(OpenGLInterface& renderer, const MessageArgs& args,
+                                   WellKnown sprite) {
   const float alpha = NumberArgument(args, 1);
   RendererMessages::SetSpriteColor(renderer, TextArgument(args, 0), KeyOf(sprite), 3, 1, &alpha);
 }
 
-void RendererMessages::SpriteRgb(OpenGLInterface& renderer, const MessageArgs& args, WellKnown sprite) {
+void RendererMessages::SpriteRgb(OpenGLInterface& renderer, const MessageArgs& args,
+                                 WellKnown sprite) {
   const float rgb[3] = {NumberArgument(args, 1), NumberArgument(args, 2), NumberArgument(args, 3)};
   RendererMessages::SetSpriteColor(renderer, TextArgument(args, 0), KeyOf(sprite), 0, 3, rgb);
 }
@@ -101,7 +105,9 @@ const RendererMessages::Registration* RendererMessages::Registrations(size_t& co
       // Read and discarded: explosions belong to the particle manager's later work.
       {"SCR:PotatoExploded", [](OpenGLInterface&, const MessageArgs&) {}},
       {"LevelInitializeComplete",
-       [](OpenGLInterface& r, const MessageArgs& a) { RendererMessages::LevelStartUp(r, TextArgument(a, 0)); }},
+       [](OpenGLInterface& r, const MessageArgs& a) {
+         RendererMessages::LevelStartUp(r, TextArgument(a, 0));
+       }},
       {"LoadShaders",
        [](OpenGLInterface&, const MessageArgs&) {
          LoadSceneShaders();
@@ -113,7 +119,8 @@ const RendererMessages::Registration* RendererMessages::Registrations(size_t& co
        }},
       {"Mouse",
        [](OpenGLInterface& r, const MessageArgs& a) {
-         if (const Mouse* mouse = a.Get<Mouse>(0)) r.freeCamera_.OnMouse(*mouse, r.clientWidth_, r.clientHeight_);
+         if (const Mouse* mouse = a.Get<Mouse>(0))
+           r.freeCamera_.OnMouse(*mouse, r.clientWidth_, r.clientHeight_);
        }},
       {"OnResize", [](OpenGLInterface& r, const MessageArgs&) { r.Resize(); }},
       {"SetClientWindow",
@@ -121,25 +128,41 @@ const RendererMessages::Registration* RendererMessages::Registrations(size_t& co
          r.clientWidth_ = static_cast<int32_t>(NumberArgument(a, 0));
          r.clientHeight_ = static_cast<int32_t>(NumberArgument(a, 1));
        }},
-      {"FullScreenMSG", [](OpenGLInterface& r, const MessageArgs&) { r.SetFullScreen(!r.fullScreen_); }},
-      {"WindowDeactivated", [](OpenGLInterface& r, const MessageArgs&) { RendererMessages::WindowDeactivated(r); }},
-      {"WindowActivated", [](OpenGLInterface& r, const MessageArgs&) { RendererMessages::WindowActivated(r); }},
-      {"msgSetWorldObjectAlpha", [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteWorld); }},
-      {"SetObjectAlpha", [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteHUD); }},
-      {"SetSpriteWorldObjectAlpha", [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteWorld); }},
-      {"SetWorldObjectColor", [](OpenGLInterface& r, const MessageArgs& a) { SpriteRgb(r, a, WellKnown::SpriteWorld); }},
-      {"SetHUDObjectColor", [](OpenGLInterface& r, const MessageArgs& a) { SpriteRgb(r, a, WellKnown::SpriteHUD); }},
+      {"FullScreenMSG",
+       [](OpenGLInterface& r, const MessageArgs&) { r.SetFullScreen(!r.fullScreen_); }},
+      {"WindowDeactivated",
+       [](OpenGLInterface& r, const MessageArgs&) { RendererMessages::WindowDeactivated(r); }},
+      {"WindowActivated",
+       [](OpenGLInterface& r, const MessageArgs&) { RendererMessages::WindowActivated(r); }},
+      {"msgSetWorldObjectAlpha",
+       [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteWorld); }},
+      {"SetObjectAlpha",
+       [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteHUD); }},
+      {"SetSpriteWorldObjectAlpha",
+       [](OpenGLInterface& r, const MessageArgs& a) { SpriteAlpha(r, a, WellKnown::SpriteWorld); }},
+      {"SetWorldObjectColor",
+       [](OpenGLInterface& r, const MessageArgs& a) { SpriteRgb(r, a, WellKnown::SpriteWorld); }},
+      {"SetHUDObjectColor",
+       [](OpenGLInterface& r, const MessageArgs& a) { SpriteRgb(r, a, WellKnown::SpriteHUD); }},
       {"LoadRemainingShaders", [](OpenGLInterface&, const MessageArgs&) { LoadSceneShaders(); }},
       {"ChangeResolution",
-       [](OpenGLInterface& r, const MessageArgs& a) { RendererMessages::ChangeResolution(r, TextArgument(a, 0)); }},
+       [](OpenGLInterface& r, const MessageArgs& a) {
+         RendererMessages::ChangeResolution(r, TextArgument(a, 0));
+       }},
       {"msgScreenshot",
        [](OpenGLInterface& r, const MessageArgs& a) {
          const std::string file = TextArgument(a, 0);
-         if (!r.WriteScreenshot(file)) std::printf("Screenshot %s could not be written\n", file.c_str());
+         if (!r.WriteScreenshot(file))
+           std::printf("Screenshot %s could not be written\n", file.c_str());
        }},
       {"msgSetPostProcessing",
-       [](OpenGLInterface& r, const MessageArgs& a) { r.postProcessing_->SetOrder(TextArgument(a, 0)); }},
-      {"msgSetDebugDraw", [](OpenGLInterface& r, const MessageArgs& a) { r.debugDraw_ = NumberArgument(a, 0) != 0.0f; }},
+       [](OpenGLInterface& r, const MessageArgs& a) {
+         r.postProcessing_->SetOrder(TextArgument(a, 0));
+       }},
+      {"msgSetDebugDraw",
+       [](OpenGLInterface& r, const MessageArgs& a) {
+         r.debugDraw_ = NumberArgument(a, 0) != 0.0f;
+       }},
   }};
   count = table.size();
   return table.data();
@@ -169,7 +192,8 @@ void RendererMessages::LevelStartUp(OpenGLInterface& renderer, std::string_view 
   Database& level = *dhCurLevel;
   renderer.sprites_.SetLevel(level);
   const DataHandle<Database> camera = level.Add<Database>("CurrentCamera");
-  for (const char* name : {"PositionX", "PositionY", "PositionZ", "ViewX", "ViewY", "ViewZ", "UpX", "UpY", "UpZ"}) {
+  for (const char* name :
+       {"PositionX", "PositionY", "PositionZ", "ViewX", "ViewY", "ViewZ", "UpX", "UpY", "UpZ"}) {
     camera->Add<double>(name);
   }
   if (const DataHandle<Database> objects = level.Find<Database>(KeyOf(WellKnown::GameObjects))) {
@@ -186,10 +210,14 @@ void RendererMessages::LevelStartUp(OpenGLInterface& renderer, std::string_view 
 void RendererMessages::WindowActivated(OpenGLInterface& renderer) {
   renderer.minimized_ = false;
   if (renderer.restoreFullScreen_) renderer.SetFullScreen(true);
-  const DataHandle<std::string> current = renderer.root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  if (current && (*current == "LevelTitleScreen" || *current == "LoadingScreen" || *current == "SplashScreens")) {
-    if (const DataHandle<bool> paused = renderer.root_.Find<bool>(KeyOf(WellKnown::isGamePaused))) *paused = false;
-    else renderer.root_.Add<bool>("isGamePaused", false);
+  const DataHandle<std::string> current =
+      renderer.root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+  if (current && (*current == "LevelTitleScreen" || *current == "LoadingScreen" ||
+                  *current == "SplashScreens")) {
+    if (const DataHandle<bool> paused = renderer.root_.Find<bool>(KeyOf(WellKnown::isGamePaused)))
+      *paused = false;
+    else
+      renderer.root_.Add<bool>("isGamePaused", false);
   }
   renderer.messages_.Send("ShowWindow");
 }
@@ -211,13 +239,16 @@ void RendererMessages::ChangeResolution(OpenGLInterface& renderer, std::string_v
 }
 
 void RendererMessages::SetSpriteColor(OpenGLInterface& renderer, std::string_view objectName,
-                                      uint32_t spriteKey, int first, int count, const float* values) {
-  const DataHandle<std::string> current = renderer.root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+                                      uint32_t spriteKey, int first, int count,
+                                      const float* values) {
+  const DataHandle<std::string> current =
+      renderer.root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
   const DataHandle<Database> dhCurLevel =
       current ? FindLevel(renderer.root_, *current) : DataHandle<Database>();
   GRINDLE_ASSERT(!dhCurLevel.IsValid(), "Current level not found");
   const DataHandle<Database> objects = dhCurLevel->Find<Database>(KeyOf(WellKnown::GameObjects));
-  const DataHandle<Database> object = objects ? objects->Find<Database>(objectName) : DataHandle<Database>();
+  const DataHandle<Database> object =
+      objects ? objects->Find<Database>(objectName) : DataHandle<Database>();
   if (!object) return;
   const DataHandle<Database> sprite = object->Find<Database>(spriteKey);
   if (sprite) WriteFourComponents(*sprite, KeyOf(WellKnown::Color), first, count, values);

@@ -3,10 +3,9 @@
 // frame's order and arguments are already fixed here. Main thread; owned by the renderer.
 #pragma once
 
-#include <string_view>
-
 #include <glm/mat4x4.hpp>
 #include <glm/vec3.hpp>
+#include <string_view>
 
 namespace grindle {
 class Database;

@@ -1,9 +1,8 @@
 #include "Graphics/RenderInterface/OpenGL/SkyDome.h"
 
 #include <cmath>
-#include <vector>
-
 #include <glm/ext/matrix_transform.hpp>
+#include <vector>
 
 #include "Graphics/Effects/EffectSlots.h"
 #include "Graphics/Effects/InputLayouts.h"
@@ -56,11 +55,13 @@ GLuint BuildGradientCubeMap() {
         // Cube-map face orientation: +X, -X, +Y, -Y, +Z, -Z with t pointing down.
         const glm::vec3 directions[6] = {{1, -t, -s}, {-1, -t, s}, {s, 1, t},
                                          {s, -1, -t}, {s, -t, 1},  {-s, -t, -1}};
-        const glm::vec3 d = directions[face] / std::sqrt(glm::dot(directions[face], directions[face]));
+        const glm::vec3 d =
+            directions[face] / std::sqrt(glm::dot(directions[face], directions[face]));
         const float up = d.y;
-        glm::vec3 color = up >= 0.0f
-                              ? glm::mix(glm::vec3(0.78f, 0.84f, 0.92f), glm::vec3(0.25f, 0.45f, 0.85f), std::sqrt(up))
-                              : glm::mix(glm::vec3(0.55f, 0.55f, 0.6f), glm::vec3(0.3f, 0.3f, 0.33f), -up);
+        glm::vec3 color =
+            up >= 0.0f ? glm::mix(glm::vec3(0.78f, 0.84f, 0.92f), glm::vec3(0.25f, 0.45f, 0.85f),
+                                  std::sqrt(up))
+                       : glm::mix(glm::vec3(0.55f, 0.55f, 0.6f), glm::vec3(0.3f, 0.3f, 0.33f), -up);
         unsigned char* p = &pixels[static_cast<size_t>((y * kSize + x) * 4)];
         for (int c = 0; c < 3; ++c) p[c] = static_cast<unsigned char>(color[c] * 255.0f + 0.5f);
         p[3] = 255;
@@ -93,8 +94,8 @@ void SkyDome::Draw(const glm::vec3& eye, const glm::mat4& viewProj, float angleD
   SetInputLayout(LayoutKind::kPos);
   BindVertexBuffer(0, vertices_, sizeof(glm::vec3));
   BindIndexBuffer(indices_);
-  const glm::mat4 world = glm::rotate(glm::translate(glm::mat4(1.0f), eye), glm::radians(angleDegrees),
-                                      glm::vec3(0.0f, 1.0f, 0.0f));
+  const glm::mat4 world = glm::rotate(glm::translate(glm::mat4(1.0f), eye),
+                                      glm::radians(angleDegrees), glm::vec3(0.0f, 1.0f, 0.0f));
   sky->SetMatrix(sky->Var(SkyVar::gWorldViewProj), viewProj * world);
   sky->SetTexture(sky->Var(SkyVar::gCubeMap), cubeMap_);
   SetTopology(Topology::kTriangleList);

@@ -44,7 +44,8 @@ GLuint CreateTextureRGBA8(int width, int height, const unsigned char* pixels) {
   return texture;
 }
 
-TextureStore::TextureStore(std::string defaultTextureName) : sDefaultName_(std::move(defaultTextureName)) {
+TextureStore::TextureStore(std::string defaultTextureName)
+    : sDefaultName_(std::move(defaultTextureName)) {
   defaultTexture_ = Load(sDefaultName_, true);
   textures_[sDefaultName_] = defaultTexture_;
 }

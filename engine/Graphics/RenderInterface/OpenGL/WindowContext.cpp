@@ -35,8 +35,8 @@ bool WindowContext::Create(SDL_Window* window) {
     return false;
   }
   SDL_GL_SetSwapInterval(0);
-  // Depth 0..1 keeps the projection matrices as they are; the upper-left origin makes row 0 of every
-  // target the top of the image, as texture coordinates (v = 0 at the top) expect.
+  // Depth 0..1 keeps the projection matrices as they are; the upper-left origin makes row 0 of
+  // every target the top of the image, as texture coordinates (v = 0 at the top) expect.
   glClipControl(GL_UPPER_LEFT, GL_ZERO_TO_ONE);
   glEnable(GL_TEXTURE_CUBE_MAP_SEAMLESS);
   return true;
@@ -59,9 +59,11 @@ void WindowContext::ResizeBackBuffer(int width, int height) {
   glCreateRenderbuffers(1, &depthBuffer_);
   glNamedRenderbufferStorage(depthBuffer_, GL_DEPTH24_STENCIL8, width_, height_);
   glNamedFramebufferRenderbuffer(framebuffer_, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colorBuffer_);
-  glNamedFramebufferRenderbuffer(framebuffer_, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER, depthBuffer_);
-  GRINDLE_ASSERT(glCheckNamedFramebufferStatus(framebuffer_, GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE,
-                 "Back buffer framebuffer is incomplete");
+  glNamedFramebufferRenderbuffer(framebuffer_, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER,
+                                 depthBuffer_);
+  GRINDLE_ASSERT(
+      glCheckNamedFramebufferStatus(framebuffer_, GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE,
+      "Back buffer framebuffer is incomplete");
 }
 
 void WindowContext::BindBackBuffer() const {
@@ -83,14 +85,15 @@ bool WindowContext::Present() {
   int drawableWidth = 0, drawableHeight = 0;
   SDL_GL_GetDrawableSize(window_, &drawableWidth, &drawableHeight);
   glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
-  glBlitNamedFramebuffer(framebuffer_, 0, 0, 0, width_, height_, 0, drawableHeight, drawableWidth, 0,
-                         GL_COLOR_BUFFER_BIT, GL_LINEAR);
+  glBlitNamedFramebuffer(framebuffer_, 0, 0, 0, width_, height_, 0, drawableHeight, drawableWidth,
+                         0, GL_COLOR_BUFFER_BIT, GL_LINEAR);
   SDL_GL_SwapWindow(window_);
   return true;
 }
 
 void WindowContext::SetFullScreen(bool on) {
-  if (window_ != nullptr) SDL_SetWindowFullscreen(window_, on ? static_cast<Uint32>(SDL_WINDOW_FULLSCREEN_DESKTOP) : 0u);
+  if (window_ != nullptr)
+    SDL_SetWindowFullscreen(window_, on ? static_cast<Uint32>(SDL_WINDOW_FULLSCREEN_DESKTOP) : 0u);
 }
 
 bool WindowContext::IsMinimized() const {
