@@ -28,10 +28,7 @@ class Graphics {
   bool CreateRenderer();
 
   RenderInterface* Renderer() const { return renderer_.get(); }
-  int32_t RenderApiValue() const { return renderApi_; }
   void SetRenderApi(int32_t api) { renderApi_ = api; }
-  int32_t WindowWidth() const { return windowWidth_; }
-  int32_t WindowHeight() const { return windowHeight_; }
 
  private:
   Database& root_;

@@ -62,15 +62,11 @@ class Effect {
   void SetMatrixArray(VariableHandle variable, const glm::mat4* values, uint32_t count);
   void SetVector(VariableHandle variable, const glm::vec4& value);
   void SetFloat(VariableHandle variable, float value);
-  void SetInt(VariableHandle variable, int32_t value);
   // Raw copy into the variable's storage from its start (light and material blocks, or a 12-byte
   // eye position into a vector); bytes beyond the variable's size are dropped.
   void SetRaw(VariableHandle variable, const void* data, size_t bytes);
   // Binds a texture (GL texture name) to a texture variable; element for sampler arrays.
   void SetTexture(VariableHandle variable, GLuint texture, uint32_t element = 0);
-
-  // Size in bytes of a variable's storage (0 for an inert handle).
-  size_t VariableSize(VariableHandle variable) const;
 
  private:
   struct VariableRecord;

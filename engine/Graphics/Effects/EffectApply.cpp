@@ -93,19 +93,10 @@ void Effect::SetFloat(VariableHandle variable, float value) {
   SetRaw(variable, &value, sizeof(value));
 }
 
-void Effect::SetInt(VariableHandle variable, int32_t value) {
-  SetRaw(variable, &value, sizeof(value));
-}
-
 void Effect::SetTexture(VariableHandle handle, GLuint texture, uint32_t element) {
   if (!handle.IsValid()) return;
   VariableRecord& variable = *variables_[static_cast<size_t>(handle.index)];
   if (element < variable.textures.size()) variable.textures[element] = texture;
-}
-
-size_t Effect::VariableSize(VariableHandle handle) const {
-  if (!handle.IsValid()) return 0;
-  return variables_[static_cast<size_t>(handle.index)]->bytes.size();
 }
 
 }  // namespace grindle::gfx

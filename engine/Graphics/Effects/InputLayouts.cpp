@@ -129,8 +129,6 @@ void CreateSet(bool isStartup) {
 
 }  // namespace
 
-uint32_t LayoutStride(LayoutKind kind) { return Recipes()[static_cast<size_t>(kind)].stride; }
-
 void CreateStartupLayouts() { CreateSet(true); }
 void CreateSceneLayouts() { CreateSet(false); }
 
@@ -143,8 +141,6 @@ void DestroyLayouts() {
   gEmptyLayout = 0;
   gCurrentObject = 0;
 }
-
-bool LayoutExists(LayoutKind kind) { return gLayouts[static_cast<size_t>(kind)] != 0; }
 
 void SetInputLayout(LayoutKind kind) {
   gCurrent = kind;

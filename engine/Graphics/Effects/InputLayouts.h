@@ -22,13 +22,9 @@ enum class LayoutKind : uint32_t {
   kCount
 };
 
-// Stride in bytes of slot 0 of each layout.
-uint32_t LayoutStride(LayoutKind kind);
-
 void CreateStartupLayouts();
 void CreateSceneLayouts();
 void DestroyLayouts();
-bool LayoutExists(LayoutKind kind);
 
 // Makes the layout current (a layout not created yet binds an empty one so nothing stale draws).
 void SetInputLayout(LayoutKind kind);

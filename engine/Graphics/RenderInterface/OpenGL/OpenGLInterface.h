@@ -70,11 +70,8 @@ class OpenGLInterface final : public RenderInterface {
   float AnimationClock() const { return animationClock_; }
   float SlowClock() const { return slowClock_; }
   LightManager& Lights() { return *lights_; }
-  PostProcessChain& PostProcessing() { return *postProcessing_; }
   TextureStore& Textures() { return *textures_; }
-  FreeCamera& Camera() { return freeCamera_; }
   MeshPass* Meshes() { return meshes_.get(); }
-  void SetDebugDraw(bool on) { debugDraw_ = on; }
 
  private:
   friend class RendererMessages;

@@ -63,10 +63,4 @@ void PostProcessChain::SetOrder(std::string_view names) {
   }
 }
 
-std::vector<std::string> PostProcessChain::OrderNames() const {
-  std::vector<std::string> names;
-  for (const IPostEffect* effect : ordered_) names.emplace_back(effect->Name());
-  return names;
-}
-
 }  // namespace grindle::gfx

@@ -40,8 +40,6 @@ class PostProcessChain {
   // Sets the ordered list from comma-separated effect names ("Bloom,Sepia"); names the fixed list
   // lacks are reported and skipped. An empty text empties the list.
   void SetOrder(std::string_view names);
-  std::vector<std::string> OrderNames() const;
-  const std::vector<std::unique_ptr<IPostEffect>>& FixedList() const { return fixed_; }
 
  private:
   std::vector<std::unique_ptr<IPostEffect>> fixed_;

@@ -29,7 +29,6 @@ class RenderInterface {
   virtual void OnClientSize(int /*width*/, int /*height*/) {}
   virtual void SetFieldOfView(float /*radians*/) {}
 
-  bool IsMultisampling() const { return multisampling_; }
   bool IsFullScreen() const { return fullScreen_; }
   int ClientWidth() const { return clientWidth_; }
   int ClientHeight() const { return clientHeight_; }

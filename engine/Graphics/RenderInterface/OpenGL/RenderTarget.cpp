@@ -33,7 +33,6 @@ void RenderTarget::Create(int width, int height, bool withColour, GLenum format)
   Release();
   width_ = width;
   height_ = height;
-  format_ = format;
   glCreateFramebuffers(1, &framebuffer_);
 
   glCreateTextures(GL_TEXTURE_2D, 1, &depthTexture_);

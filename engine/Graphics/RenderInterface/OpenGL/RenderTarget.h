@@ -30,17 +30,14 @@ class RenderTarget {
 
   int Width() const { return width_; }
   int Height() const { return height_; }
-  GLenum Format() const { return format_; }
   GLuint ColorTexture() const { return colorTexture_; }
   GLuint DepthTexture() const { return depthTexture_; }
-  GLuint Framebuffer() const { return framebuffer_; }
 
  private:
   void Release();
 
   int width_ = 0;
   int height_ = 0;
-  GLenum format_ = GL_RGBA8;
   GLuint colorTexture_ = 0;
   GLuint depthTexture_ = 0;
   GLuint framebuffer_ = 0;

@@ -80,9 +80,4 @@ GLuint TextureStore::Find(std::string_view name) {
   return texture;
 }
 
-bool TextureStore::IsLoaded(std::string_view name) const {
-  const auto found = textures_.find(std::string(name));
-  return found != textures_.end() && (found->second != defaultTexture_ || name == sDefaultName_);
-}
-
 }  // namespace grindle::gfx

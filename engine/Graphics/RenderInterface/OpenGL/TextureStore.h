@@ -24,7 +24,6 @@ class TextureStore {
   // The GL texture for `name`, loading it now if needed; never 0.
   GLuint Find(std::string_view name);
   GLuint DefaultTexture() const { return defaultTexture_; }
-  bool IsLoaded(std::string_view name) const;
 
  private:
   GLuint Load(std::string_view name, bool isDefault);
