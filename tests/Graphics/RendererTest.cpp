@@ -52,6 +52,20 @@ class RendererTest : public RendererFixture {
   std::map<std::string, Heard> heard_;
 };
 
+TEST_F(RendererTest, EveryMessageOfTheRendererHasItsListenerAndOnlyOne) {
+  for (const char* message :
+       {"msgObjectDestroyed", "msgObjectCreated", "msgLevelObjectCreated", "msgUnloadLevel",
+        "SCR:PotatoExploded", "LevelInitializeComplete", "LoadShaders", "Keyboard", "Mouse",
+        "OnResize", "SetClientWindow", "FullScreenMSG", "WindowDeactivated", "WindowActivated",
+        "msgSetWorldObjectAlpha", "SetObjectAlpha", "SetSpriteWorldObjectAlpha",
+        "SetWorldObjectColor", "SetHUDObjectColor", "LoadRemainingShaders", "ChangeResolution",
+        "msgScreenshot", "msgSetPostProcessing", "msgSetDebugDraw"}) {
+    EXPECT_EQ(messages_.ListenerCount(message), 1u) << message;
+  }
+  // The effect slots listen for reloads on their own.
+  EXPECT_EQ(messages_.ListenerCount("ResourceReloaded"), 1u);
+}
+
 TEST_F(RendererTest, MainCameraIsWrittenToCurrentCameraAndBecomesTheView) {
   Database& level = AddLevel("CameraLevel");
   AddCamera(level, {1, 2, 3}, {0, 0, 2});
