@@ -20,7 +20,7 @@ namespace {
 constexpr size_t kMaxWatchedName = 259;
 // How long destruction waits for a watcher job that a busy pool has not started yet. A job still
 // queued after that keeps the shared state alive (and leaks it if the pool never runs it).
-constexpr auto kJobStartWait = std::chrono::seconds(1);
+constexpr auto kJobStartWait = std::chrono::seconds(5);
 }  // namespace
 
 struct WatchedTree {
