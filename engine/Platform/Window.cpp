@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 
+#include "Platform/LeakReports.h"
+
 namespace grindle::platform {
 
 namespace {
@@ -42,7 +44,10 @@ bool NativeWindow::Create(const std::string& caption, int width, int height) {
   RequestOpenGLFormat();
   pWindow_ = SDL_CreateWindow(caption.c_str(), SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
                               width, height, SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE);
-  return pWindow_ != nullptr;
+  if (pWindow_ == nullptr) return false;
+  // SDL has loaded the OpenGL driver for the window by now.
+  KeepDriverMappedForLeakReports();
+  return true;
 }
 
 void NativeWindow::ShowMinimized() {

@@ -19,13 +19,10 @@ struct RunResult {
 };
 
 // Standard output only unless `withErrors`; the game runs headless without sound hardware. In
-// sanitizer builds the child skips the exit-time leak check: Mesa's GL driver is unloaded by then
-// and leaves a few hundred bytes that cannot be attributed; the engine's own parts are checked
-// for leaks by the in-process tests.
+// sanitizer builds a leak at exit fails the run like any other error.
 RunResult RunGrindle(const std::string& arguments, bool withErrors = false) {
   const std::string command =
-      "SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null "
-      "ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}detect_leaks=0\" '" GRINDLE_BINARY "' " +
+      "SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '" GRINDLE_BINARY "' " +
       arguments + (withErrors ? " 2>&1" : " 2>/dev/null");
   RunResult result;
   FILE* pipe = popen(command.c_str(), "r");

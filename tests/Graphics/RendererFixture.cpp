@@ -10,13 +10,8 @@
 #include "Core/WellKnownKeys.h"
 #include "Graphics/Graphics.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+#include "Platform/LeakReports.h"
 #include "TestOutput.h"
-
-// Mesa keeps a few per-thread and per-screen allocations to the end of the process; they are the
-// driver's, not ours.
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:swrast_dri.so\nleak:libgallium\nleak:libLLVM\nleak:libEGL_mesa\nleak:libglapi\n";
-}
 
 namespace grindle::gfx {
 
@@ -36,9 +31,6 @@ void RendererFixture::SetUpTestSuite() {
   setenv("SDL_VIDEODRIVER", "offscreen", 1);
   ASSERT_EQ(chdir(GRINDLE_GAME_DIR), 0);
   ASSERT_EQ(SDL_InitSubSystem(SDL_INIT_VIDEO), 0) << SDL_GetError();
-  // Keeps the GL driver loaded to the end of the process, so that leak reports inside it name it
-  // (and the suppressions below match) instead of an unloaded, unknown module.
-  ASSERT_EQ(SDL_GL_LoadLibrary(nullptr), 0) << SDL_GetError();
   sWindow_ = SDL_CreateWindow("grindle test", 0, 0, kWidth, kHeight,
                               SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
   ASSERT_NE(sWindow_, nullptr) << SDL_GetError();
@@ -74,7 +66,10 @@ void RendererFixture::TearDownTestSuite() {
   sGraphics_.reset();
   sMessages_.reset();
   sRoot_.reset();
-  if (sWindow_ != nullptr) SDL_DestroyWindow(sWindow_);
+  if (sWindow_ != nullptr) {
+    platform::KeepDriverMappedForLeakReports();
+    SDL_DestroyWindow(sWindow_);
+  }
   sWindow_ = nullptr;
 }
 
