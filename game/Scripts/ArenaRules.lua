@@ -1,6 +1,6 @@
 -- The Arena's rules: a 90-second round reported on the console, Escape pauses, the debug keys'
 -- cheats, and a crate that falls off the world is replaced by a fresh one from its archetype.
--- Attach to the Arena level's "MainCamera" object.
+-- Attached to the Arena level's "MainCamera" object.
 
 local roundSeconds = 90
 local lastShown = -1

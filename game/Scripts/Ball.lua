@@ -1,5 +1,5 @@
 -- The Arena's ball: arrow keys or the left stick roll it, Space or A makes it jump, and it glows red
--- while it is in the air. Attach to the Arena level's "Ball" object.
+-- while it is in the air. Attached to the Arena level's "Ball" object.
 
 local me = "Ball"
 local speed = 6

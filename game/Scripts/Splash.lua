@@ -1,5 +1,6 @@
 -- Splash screens: show the logo for about three seconds (or until a key or button), then the title.
--- Attach to the SplashScreens level's "Logo" object: <Database name="Script"><string name="FileName">Splash.lua</string></Database>
+-- Attached to the SplashScreens level's "Logo" object. Being the first level, it also asks for the
+-- scene shader set, without which nothing of the scene is drawn.
 
 local framesLeft = 180
 
@@ -14,6 +15,7 @@ function OnAnyKey(key) Leave() end
 function OnAnyButton(button, pad) Leave() end
 
 function Start(me)
+  Send("LoadShaders")
   Listen("SCR:KeyboardTriggered", "OnAnyKey")
   Listen("SCR:ControllerButtonTriggered", "OnAnyButton")
   Listen("SCR:MouseButtonTriggered", "OnAnyKey")

@@ -1,5 +1,5 @@
 -- Title screen: Return, Space, Start or A begins a match in the Arena; the orb turns slowly.
--- Attach to the LevelTitleScreen level's "TitleOrb" object.
+-- Attached to the LevelTitleScreen level's "TitleOrb" object.
 
 local angle = 0
 
