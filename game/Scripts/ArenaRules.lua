@@ -20,6 +20,8 @@ function OnCheat(cheat)
 end
 
 function Start(me)
+  -- Only the first request loads the scene shaders; it matters when the game starts on this level.
+  Send("LoadShaders")
   -- Countdown 0 carries the round; the AI system counts it down each frame while not paused.
   Send("SCR:SetCountdown", 0, roundSeconds)
   SetData("GlobalVariables.MatchTimeRemaining", roundSeconds)

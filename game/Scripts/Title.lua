@@ -15,6 +15,8 @@ function OnButton(button, pad)
 end
 
 function Start(me)
+  -- Only the first request loads the scene shaders; it matters when the game starts on this level.
+  Send("LoadShaders")
   Listen("SCR:KeyboardTriggered", "OnKey")
   Listen("SCR:ControllerButtonTriggered", "OnButton")
 end
