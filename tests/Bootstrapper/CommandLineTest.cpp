@@ -19,20 +19,20 @@ TEST(CommandLine, NoArgumentKeepsTheEngineDefaults) {
   EXPECT_EQ(options.frameLimit, -1);
   EXPECT_EQ(options.firstLevel, "SplashScreens");
   EXPECT_FALSE(options.runUnitTests);
-  EXPECT_FALSE(options.dumpDatabase);
-  EXPECT_TRUE(options.workDir.empty());
+  EXPECT_FALSE(options.printDatabase);
+  EXPECT_TRUE(options.dataDir.empty());
 }
 
 TEST(CommandLine, ReadsEveryOptionAndUnitTestsAloneRunNoFrames) {
   EngineOptions options;
   std::string error;
-  ASSERT_TRUE(Parse({"--frames", "600", "--level", "Arena", "--dump-database", "--workdir", "game",
+  ASSERT_TRUE(Parse({"--frames", "600", "--level", "Arena", "--print-database", "--data", "game",
                      "--screenshot", "last.png"},
                     options, error));
   EXPECT_EQ(options.frameLimit, 600);
   EXPECT_EQ(options.firstLevel, "Arena");
-  EXPECT_TRUE(options.dumpDatabase);
-  EXPECT_EQ(options.workDir, "game");
+  EXPECT_TRUE(options.printDatabase);
+  EXPECT_EQ(options.dataDir, "game");
   EXPECT_EQ(options.screenshotFile, "last.png");
 
   EngineOptions tests;

@@ -46,7 +46,7 @@ std::vector<std::string> LifeCycleLines(const std::string& output) {
 }
 
 TEST(EngineBinary, RunsTheWholeLifeCycleInOrderAndExitsCleanly) {
-  const RunResult run = RunGrindle("--frames 5 --workdir '" GRINDLE_GAME_DIR "'");
+  const RunResult run = RunGrindle("--frames 5 --data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
   const std::vector<std::string> expected = {
       "LoadAI",   "LoadPhysics",   "LoadNetworking",   "LoadGraphics",   "LoadAudio",   "LoadInput",
@@ -57,7 +57,7 @@ TEST(EngineBinary, RunsTheWholeLifeCycleInOrderAndExitsCleanly) {
 }
 
 TEST(EngineBinary, StartsOnTheRequestedLevelAndDumpsTheDatabaseAtExit) {
-  const RunResult run = RunGrindle("--frames 3 --level MainMenu --dump-database --workdir '" GRINDLE_GAME_DIR "'");
+  const RunResult run = RunGrindle("--frames 3 --level MainMenu --print-database --data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
   EXPECT_NE(run.output.find("string (CurrentLevel) = MainMenu"), std::string::npos) << run.output;
   EXPECT_NE(run.output.find("Database (MainMenu) ="), std::string::npos);
@@ -65,7 +65,7 @@ TEST(EngineBinary, StartsOnTheRequestedLevelAndDumpsTheDatabaseAtExit) {
 }
 
 TEST(EngineBinary, RunsTheBuiltInUnitTestsBeforeAnySystemLoads) {
-  const RunResult run = RunGrindle("--run-unit-tests --workdir '" GRINDLE_GAME_DIR "'");
+  const RunResult run = RunGrindle("--run-unit-tests --data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
   size_t passed = 0;
   for (size_t at = run.output.find("[PASSED]"); at != std::string::npos;
@@ -85,7 +85,7 @@ TEST(EngineBinary, BrokenInvocationsFailWithAReason) {
 
   // A folder without game data stops at the archetypes with the parser's assertion.
   TempWorkDir empty;
-  const RunResult noData = RunGrindle("--frames 1 --workdir '" + empty.Path().string() + "'", true);
+  const RunResult noData = RunGrindle("--frames 1 --data '" + empty.Path().string() + "'", true);
   EXPECT_NE(noData.status, 0);
   EXPECT_NE(noData.output.find("Missing FileAssets/GameObjects/Archetypes.xml"), std::string::npos)
       << noData.output;

@@ -21,8 +21,8 @@ const char* UsageText() {
          "  --level NAME        first level instead of SplashScreens\n"
          "  --run-unit-tests    run the built-in unit test drivers at start-up (implies --frames 0\n"
          "                      unless --frames is given); a failure stops with an assertion\n"
-         "  --dump-database     print the whole database when the frame loop ends\n"
-         "  --workdir DIR       run with DIR as the working directory (the game data folder)\n"
+         "  --print-database    print the whole database when the frame loop ends\n"
+         "  --data DIR          run with DIR as the working directory (the game data folder)\n"
          "  --screenshot FILE   ask the renderer to save the last frame as a PNG\n"
          "  --help              this text\n";
 }
@@ -32,7 +32,7 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
   for (int i = 1; i < argc; ++i) {
     const std::string option = argv[i];
     const bool takesValue = option == "--frames" || option == "--level" ||
-                            option == "--workdir" || option == "--screenshot";
+                            option == "--data" || option == "--screenshot";
     if (takesValue && i + 1 >= argc) {
       error = option + " expects a value";
       return false;
@@ -45,14 +45,14 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
       hasFrameLimit = true;
     } else if (option == "--level") {
       options.firstLevel = argv[++i];
-    } else if (option == "--workdir") {
-      options.workDir = argv[++i];
+    } else if (option == "--data") {
+      options.dataDir = argv[++i];
     } else if (option == "--screenshot") {
       options.screenshotFile = argv[++i];
     } else if (option == "--run-unit-tests") {
       options.runUnitTests = true;
-    } else if (option == "--dump-database") {
-      options.dumpDatabase = true;
+    } else if (option == "--print-database") {
+      options.printDatabase = true;
     } else if (option == "--help" || option == "-h") {
       options.showHelp = true;
     } else {

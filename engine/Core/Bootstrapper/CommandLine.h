@@ -12,8 +12,8 @@ struct EngineOptions {
   int64_t frameLimit = -1;
   std::string firstLevel = "SplashScreens";
   bool runUnitTests = false;
-  bool dumpDatabase = false;
-  std::string workDir;
+  bool printDatabase = false;
+  std::string dataDir;
   std::string screenshotFile;
   bool showHelp = false;
 };

@@ -32,7 +32,7 @@ void AfterFrameLoop(const EngineOptions& options, Database& root, MessageHandler
     messages.SendArgs("msgScreenshot", options.screenshotFile);
     messages.Deliver(MessageHandler::kDeliverAll);
   }
-  if (options.dumpDatabase) {
+  if (options.printDatabase) {
     root.Print(0);
     std::fflush(stdout);
   }

@@ -20,9 +20,9 @@ int main(int argc, char** argv) {
     std::fputs(grindle::UsageText(), stdout);
     return 0;
   }
-  if (!options.workDir.empty() && chdir(options.workDir.c_str()) != 0) {
+  if (!options.dataDir.empty() && chdir(options.dataDir.c_str()) != 0) {
     std::fprintf(stderr, "grindle: cannot use '%s' as the working directory: %s\n",
-                 options.workDir.c_str(), std::strerror(errno));
+                 options.dataDir.c_str(), std::strerror(errno));
     return 2;
   }
   return grindle::RunEngine(options);
