@@ -1,5 +1,6 @@
 // Cost of the physics system's frame (sync in, four fixed steps, sync out) with N boxes on a floor,
-// and of one ray cast among them. Run from the release build: grindle_bench
+// next to the bare library stepping the same bodies, and of one ray cast among them. Run from the
+// release build: grindle_bench
 // --benchmark_filter=Physics
 #include <benchmark/benchmark.h>
 
@@ -13,28 +14,51 @@
 #include "Core/MemoryManager.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
+#include "Physics/Physics/BodyBuilder.h"
+#include "Physics/Physics/PhysicsWorld.h"
 #include "Physics/PhysicsLibraryInterface.h"
 
 namespace grindle {
 namespace {
 
-// A level "Bench" with a static floor and `count` unit boxes resting on it in a grid.
+std::string BoxName(int i) { return "Box" + std::to_string(i); }
+
+void AddBox(Database& objects, const std::string& name, double x, double y, double z, float size,
+            bool isStatic) {
+  Database& object = *objects.Add<Database>(name);
+  Database& transform = *object.Add<Database>("Transform");
+  transform.Add<double>("PositionX", x);
+  transform.Add<double>("PositionY", y);
+  transform.Add<double>("PositionZ", z);
+  transform.Add<double>("RotationY", 0.0);
+  transform.Add<Vector4>("Scale", Vector4{size, 1, size, 0});
+  Database& body = *object.Add<Database>("Body");
+  body.Add<Vector4>("ShapeScale", Vector4{0.5f, 0.5f, 0.5f, 0});
+  body.Add<int>("Static", isStatic ? 1 : 0);
+}
+
+// The objects of a level "Bench": a static floor, then `count` unit boxes resting on it in a grid.
+Database& AddBoxLevel(Database& root, int count) {
+  InternWellKnownKeys();
+  root.Add<std::string>("CurrentLevel", "Bench");
+  root.Add<bool>("isGamePaused", false);
+  Database& objects =
+      *root.Add<Database>("Levels")->Add<Database>("Bench")->Add<Database>("GameObjects");
+  AddBox(objects, "Floor", 0, -0.5, 0, 180, true);
+  const int side = static_cast<int>(std::ceil(std::sqrt(count)));
+  for (int i = 0; i < count; ++i) {
+    AddBox(objects, BoxName(i), (i % side) * 2.0 - side, 0.5, (i / side) * 2.0 - side, 1, false);
+  }
+  return objects;
+}
+
+// The box level run by the physics system, as the engine runs it each frame.
 class BoxField {
  public:
   explicit BoxField(int count) {
-    InternWellKnownKeys();
     root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &messages_);
-    root_.Add<std::string>("CurrentLevel", "Bench");
-    root_.Add<bool>("isGamePaused", false);
-    Database& objects =
-        *root_.Add<Database>("Levels")->Add<Database>("Bench")->Add<Database>("GameObjects");
-    AddBox(objects, "Floor", 0, -0.5, 0, 180, true);
-    const int side = static_cast<int>(std::ceil(std::sqrt(count)));
-    for (int i = 0; i < count; ++i) {
-      const std::string name = "Box" + std::to_string(i);
-      AddBox(objects, name, (i % side) * 2.0 - side, 0.5, (i / side) * 2.0 - side, 1, false);
-      handles_.push_back(objects.Find<Database>(name));
-    }
+    Database& objects = AddBoxLevel(root_, count);
+    for (int i = 0; i < count; ++i) handles_.push_back(objects.Find<Database>(BoxName(i)));
     void* args[4] = {&root_, &CurrentMemoryRegistry(), nullptr, nullptr};
     system_ = std::make_unique<PhysicsInterface>();
     system_->synchronize(args, 4);
@@ -61,24 +85,43 @@ class BoxField {
   RayCaster& Caster() { return *system_; }
 
  private:
-  static void AddBox(Database& objects, const std::string& name, double x, double y, double z,
-                     float size, bool isStatic) {
-    Database& object = *objects.Add<Database>(name);
-    Database& transform = *object.Add<Database>("Transform");
-    transform.Add<double>("PositionX", x);
-    transform.Add<double>("PositionY", y);
-    transform.Add<double>("PositionZ", z);
-    transform.Add<double>("RotationY", 0.0);
-    transform.Add<Vector4>("Scale", Vector4{size, 1, size, 0});
-    Database& body = *object.Add<Database>("Body");
-    body.Add<Vector4>("ShapeScale", Vector4{0.5f, 0.5f, 0.5f, 0});
-    body.Add<int>("Static", isStatic ? 1 : 0);
-  }
-
   Database root_;
   MessageHandler messages_;
   std::unique_ptr<PhysicsInterface> system_;
   std::vector<DataHandle<Database>> handles_;
+};
+
+// The same bodies, built by the same code into the same kind of world, stepped without the
+// engine: no database reads or writes, no contact bookkeeping. The yardstick for what the engine
+// adds to the library.
+class BareBoxWorld {
+ public:
+  explicit BareBoxWorld(int count) {
+    Database& objects = AddBoxLevel(root_, count);
+    AddBody(objects, "Floor");
+    for (int i = 0; i < count; ++i) AddBody(objects, BoxName(i));
+  }
+  ~BareBoxWorld() {
+    for (const std::unique_ptr<BodyRecord>& record : records_) {
+      world_.Dynamics().removeRigidBody(record->Rigid());
+    }
+  }
+
+  void Frame() {
+    for (int step = 0; step < kStepsPerFrame; ++step) world_.StepOnce();
+  }
+
+ private:
+  void AddBody(Database& objects, const std::string& name) {
+    records_.push_back(BuildBody(*objects.Find<Database>(name), name, "Bench", world_.Gravity()));
+    btRigidBody* body = records_.back()->Rigid();
+    world_.Dynamics().addRigidBody(body);
+    if (!records_.back()->isStatic_) body->activate(true);
+  }
+
+  Database root_;
+  PhysicsWorld world_;
+  std::vector<std::unique_ptr<BodyRecord>> records_;
 };
 
 // Bodies at rest fall asleep: what is left is the database synchronisation and the broad phase.
@@ -88,7 +131,16 @@ void BM_PhysicsFrameSettled(benchmark::State& state) {
   for (auto _ : state) field.Frame();
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(BM_PhysicsFrameSettled)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PhysicsFrameSettled)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
+
+// The same settled frames without the engine, in the same run.
+void BM_BareBulletFrameSettled(benchmark::State& state) {
+  BareBoxWorld world(static_cast<int>(state.range(0)));
+  for (int i = 0; i < 90; ++i) world.Frame();
+  for (auto _ : state) world.Frame();
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_BareBulletFrameSettled)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
 
 // Every box pushed by a script every frame, as players and projectiles are: all awake, all in
 // contact with the floor. Includes delivering the N velocity messages.
