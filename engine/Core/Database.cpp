@@ -59,8 +59,10 @@ void Database::Remove(uint32_t key) {
   if (found == entries_.end()) return;
   MetaDatabaseEntry* entry = found->second;
   entries_.erase(found);
+  // By name, not by entry: after a replacement an older record of the same name points at a
+  // destroyed entry whose address the pool may since have handed to another entry.
   const auto record = std::find_if(records_.begin(), records_.end(),
-                                   [entry](const Record& r) { return r.entry == entry; });
+                                   [entry](const Record& r) { return r.name == entry->Name(); });
   if (record != records_.end()) records_.erase(record);
   MetaDatabaseEntry::Destroy(entry);
 }
