@@ -1,6 +1,8 @@
 #include "Core/Bootstrapper/FrameLoop.h"
 
 #include <cstdio>
+#include <ctime>
+#include <string>
 
 #include "Core/Bootstrapper/GameTimer.h"
 #include "Core/Bootstrapper/LevelManager.h"
@@ -17,6 +19,18 @@ namespace {
 // Debug keys of the loop itself; the renderer's debug keys are the digits.
 constexpr int kStatisticsKey = 12;
 constexpr int kDatabaseDumpKey = 11;
+constexpr int kScreenshotKey = 10;
+
+// Named by the local time, so that screenshots sort in the order they were taken and a session's
+// earlier ones are kept.
+std::string ScreenshotFileName() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  char name[64];
+  std::strftime(name, sizeof name, "Screenshot-%Y%m%d-%H%M%S.png", &local);
+  return name;
+}
 }  // namespace
 
 uint32_t FrameSleepMilliseconds(double elapsedSeconds) {
@@ -67,6 +81,8 @@ void FrameLoop::OnFunctionKey(int functionKey) {
   } else if (functionKey == kDatabaseDumpKey) {
     services_.root.Print(0);
     std::fflush(stdout);
+  } else if (functionKey == kScreenshotKey) {
+    services_.messages.SendArgs("msgScreenshot", ScreenshotFileName());
   }
 }
 

@@ -152,8 +152,11 @@ const RendererMessages::Registration* RendererMessages::Registrations(size_t& co
       {"msgScreenshot",
        [](OpenGLInterface& r, const MessageArgs& a) {
          const std::string file = TextArgument(a, 0);
-         if (!r.WriteScreenshot(file))
+         if (r.WriteScreenshot(file)) {
+           std::printf("Screenshot written to %s\n", file.c_str());
+         } else {
            std::printf("Screenshot %s could not be written\n", file.c_str());
+         }
        }},
       {"msgSetPostProcessing",
        [](OpenGLInterface& r, const MessageArgs& a) {
