@@ -1,9 +1,8 @@
 // The whole engine on the demo game, headless (SDL's offscreen driver, OpenAL Soft's null backend,
 // unless the caller's environment chooses others): start-up to the end of the first frame, and the
-// frame-to-frame times of an idle level under the 60 Hz cap. RunEngine keeps the loop's system
-// list to itself, so EngineRun repeats its start-up and teardown step for step with the same
-// classes; keep the two in the same order. The loop is handed the engine's systems, each wrapped
-// in a timer, and after them a clock that stamps the end of every frame's work.
+// frame-to-frame times of an idle level under the 60 Hz cap. The engine runs as `grindle` runs it;
+// the frame loop is handed the engine's systems, each wrapped in a timer, and after them a clock
+// that stamps the end of every frame's work.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>
@@ -21,21 +20,10 @@
 #include <utility>
 #include <vector>
 
-#include "Core/Bootstrapper/FrameLoop.h"
-#include "Core/Bootstrapper/GameTimer.h"
-#include "Core/Bootstrapper/LevelManager.h"
-#include "Core/Bootstrapper/MainWindow.h"
-#include "Core/Bootstrapper/StartupTests.h"
-#include "Core/Bootstrapper/SystemList.h"
+#include "Core/Bootstrapper/Engine.h"
 #include "Core/Database.h"
-#include "Core/MemoryManager.h"
-#include "Core/MessageHandler.h"
-#include "Core/ResourceManager.h"
 #include "Core/SystemBase.h"
-#include "Core/ThreadManager.h"
 #include "Core/WellKnownKeys.h"
-#include "Platform/Clock.h"
-#include "Platform/Window.h"
 
 extern char** environ;
 
@@ -48,29 +36,33 @@ double SecondsBetween(Clock::time_point from, Clock::time_point to) {
   return std::chrono::duration<double>(to - from).count();
 }
 
-// Only Update reaches the wrapper: the life cycle runs on the engine's own list.
+// Only Update reaches the wrapper: the life cycle runs on the engine's own list. The name is kept
+// because the system is gone once RunEngine returns.
 class TimedSystem final : public ISystem {
  public:
-  explicit TimedSystem(ISystem& system) : system_(system) {}
-  void synchronize(void** args, int count) override { system_.synchronize(args, count); }
-  void Load() override { system_.Load(); }
-  void Start() override { system_.Start(); }
+  explicit TimedSystem(ISystem& system) : system_(system), sName_(NameOf(system)) {}
+  void synchronize(void**, int) override {}
+  void Load() override {}
+  void Start() override {}
   void Update(float dt) override {
     const auto start = Clock::now();
     system_.Update(dt);
     dSeconds_ += SecondsBetween(start, Clock::now());
   }
-  void Exit() override { system_.Exit(); }
-  void Unload() override { system_.Unload(); }
+  void Exit() override {}
+  void Unload() override {}
 
   double Seconds() const { return dSeconds_; }
-  std::string Name() const {
-    const auto* named = dynamic_cast<const SystemBase*>(&system_);
+  const std::string& Name() const { return sName_; }
+
+ private:
+  static std::string NameOf(const ISystem& system) {
+    const auto* named = dynamic_cast<const SystemBase*>(&system);
     return named != nullptr ? named->ShortName() : "System";
   }
 
- private:
   ISystem& system_;
+  std::string sName_;
   double dSeconds_ = 0.0;
 };
 
@@ -106,93 +98,45 @@ class FrameClock final : public ISystem {
   const std::vector<std::unique_ptr<TimedSystem>>& timed_;
 };
 
-// RunEngine's thread pool.
-constexpr int kWorkerThreads = 5;
-constexpr int kJobLimit = 10;
-
+// One engine run through RunEngine, on a level of the demo game, for a number of frames. The
+// loop updates the engine's systems each wrapped in a timer, then a clock that stamps the end of
+// every frame's work; `leftOut` names a system the loop does not update (its life cycle still
+// runs).
 class EngineRun {
  public:
-  // RunEngine's start-up, up to the systems' Start. The system named `leftOut` goes through its
-  // life cycle but is not updated by the loop.
-  explicit EngineRun(const std::string& firstLevel, const std::string& leftOut = "") {
+  EngineRun(const std::string& firstLevel, int64_t frames, const std::string& leftOut = "") {
     setenv("SDL_VIDEODRIVER", "offscreen", 0);
     setenv("ALSOFT_DRIVERS", "null", 0);
-    std::srand(static_cast<unsigned>(platform::MillisecondsSinceEpoch()));
-    registry_ = std::make_unique<MemoryManagerRegistry>();
-    InstallMemoryRegistry(registry_.get());
-    threads_ = std::make_unique<ThreadManager>(kWorkerThreads, kJobLimit);
-    systems_ = std::make_unique<SystemList>();
-    root_ = std::make_unique<Database>();
-    InternWellKnownKeys();
-    Database& services = *root_->Add<Database>("Systems");
-    window_ = std::make_unique<MainWindow>(*root_);
-    messages_ = std::make_unique<MessageHandler>();
-    levels_ = std::make_unique<LevelManager>(*root_, *messages_);
-    resources_ = std::make_unique<ResourceManager>(*threads_, *messages_);
-    services.Add<MessageHandler*>("MessageHandler", messages_.get());
-    services.Add<ResourceManager*>("ResourceManager", resources_.get());
-    root_->Add<void*>("hAppInstance", nullptr);
-    root_->Add<GameTimer>("GameTimer");
-    root_->Add<double>("DT", 0.0);
-    root_->Add<bool>("isGamePaused", false);
-
-    window_->Create(*messages_);
-    levels_->LoadArchetypes();
-    levels_->Initialize(firstLevel);
-    systems_->CreateSystems();
-    RunStartupUnitTests(false);
-    void* args[kSynchronizeArgCount] = {root_.get(), registry_.get(), threads_.get(), nullptr};
-    systems_->SynchronizeAll(args, kSynchronizeArgCount);
-    systems_->LoadAll();
-    systems_->StartAll();
-
-    for (ISystem* system : systems_->Systems()) {
-      auto timed = std::make_unique<TimedSystem>(*system);
-      if (timed->Name() == leftOut) continue;
-      loopSystems_.push_back(timed.get());
-      timed_.push_back(std::move(timed));
-    }
-    clock_ = std::make_unique<FrameClock>(*root_, timed_);
-    loopSystems_.push_back(clock_.get());
+    EngineOptions options;
+    options.firstLevel = firstLevel;
+    options.frameLimit = frames;
+    start_ = Clock::now();
+    RunEngine(options, [&](const std::vector<ISystem*>& systems, Database& root) {
+      started_ = Clock::now();
+      std::vector<ISystem*> loopSystems;
+      for (ISystem* system : systems) {
+        auto timed = std::make_unique<TimedSystem>(*system);
+        if (timed->Name() == leftOut) continue;
+        loopSystems.push_back(timed.get());
+        timed_.push_back(std::move(timed));
+      }
+      clock_ = std::make_unique<FrameClock>(root, timed_);
+      loopSystems.push_back(clock_.get());
+      return loopSystems;
+    });
+    finished_ = Clock::now();
   }
 
-  // RunEngine's teardown after its frame loop.
-  ~EngineRun() {
-    systems_->ExitAll();
-    systems_->UnloadAll();
-    levels_->UnloadAllLevels();
-    std::fflush(stdout);
-    levels_.reset();
-    window_.reset();
-    root_.reset();
-    systems_.reset();
-    resources_.reset();
-    threads_.reset();
-    messages_.reset();
-    InstallMemoryRegistry(nullptr);
-    registry_.reset();
-    platform::QuitVideo();
-  }
-
-  void RunFrames(int64_t frames) {
-    FrameLoop loop({*root_, *messages_, *resources_, *levels_, *window_, loopSystems_});
-    loop.Run(frames);
-  }
-
+  Clock::time_point Start() const { return start_; }
+  // When the systems had started, and when RunEngine returned after its teardown.
+  Clock::time_point Started() const { return started_; }
+  Clock::time_point Finished() const { return finished_; }
   const std::vector<FrameEnd>& FrameEnds() const { return clock_->ends; }
   const std::vector<std::unique_ptr<TimedSystem>>& Timed() const { return timed_; }
 
  private:
-  std::unique_ptr<MemoryManagerRegistry> registry_;
-  std::unique_ptr<ThreadManager> threads_;
-  std::unique_ptr<SystemList> systems_;
-  std::unique_ptr<Database> root_;
-  std::unique_ptr<MainWindow> window_;
-  std::unique_ptr<MessageHandler> messages_;
-  std::unique_ptr<LevelManager> levels_;
-  std::unique_ptr<ResourceManager> resources_;
+  Clock::time_point start_, started_, finished_;
   std::vector<std::unique_ptr<TimedSystem>> timed_;
-  std::vector<ISystem*> loopSystems_;
   std::unique_ptr<FrameClock> clock_;
 };
 
@@ -224,21 +168,16 @@ void BM_StartupToFirstFrameEnd(benchmark::State& state) {
   double startupSeconds = 0.0, firstFrameSeconds = 0.0, updateSeconds = 0.0, teardownSeconds = 0.0;
   double firstRunSeconds = -1.0;
   for (auto _ : state) {
-    const auto start = Clock::now();
-    auto engine = std::make_unique<EngineRun>("SplashScreens");
-    const auto started = Clock::now();
-    engine->RunFrames(1);
-    if (engine->FrameEnds().empty()) return state.SkipWithError("the first frame did not end");
-    const FrameEnd& firstEnd = engine->FrameEnds().front();
-    const double total = SecondsBetween(start, firstEnd.at);
+    const EngineRun engine("SplashScreens", 1);
+    if (engine.FrameEnds().empty()) return state.SkipWithError("the first frame did not end");
+    const FrameEnd& firstEnd = engine.FrameEnds().front();
+    const double total = SecondsBetween(engine.Start(), firstEnd.at);
     state.SetIterationTime(total);
-    startupSeconds += SecondsBetween(start, started);
-    firstFrameSeconds += SecondsBetween(started, firstEnd.at);
+    startupSeconds += SecondsBetween(engine.Start(), engine.Started());
+    firstFrameSeconds += SecondsBetween(engine.Started(), firstEnd.at);
     for (double seconds : firstEnd.systemSeconds) updateSeconds += seconds;
     if (firstRunSeconds < 0.0) firstRunSeconds = total;
-    const auto teardown = Clock::now();
-    engine.reset();
-    teardownSeconds += SecondsBetween(teardown, Clock::now());
+    teardownSeconds += SecondsBetween(firstEnd.at, engine.Finished());
   }
   const double runs = static_cast<double>(state.iterations());
   state.counters["started_ms"] = 1e3 * startupSeconds / runs;
@@ -296,8 +235,7 @@ constexpr int64_t kMeasuredFrames = 160;
 void BM_IdleFramePacing(benchmark::State& state, const char* level, const char* leftOut) {
   if (!EnterGameFolder()) return state.SkipWithError("no game folder");
   for (auto _ : state) {
-    EngineRun engine(level, leftOut);
-    engine.RunFrames(kWarmUpFrames + kMeasuredFrames);
+    const EngineRun engine(level, kWarmUpFrames + kMeasuredFrames, leftOut);
     const std::vector<FrameEnd>& ends = engine.FrameEnds();
     if (ends.size() != static_cast<size_t>(kWarmUpFrames + kMeasuredFrames)) {
       return state.SkipWithError("the run ended early");

@@ -40,7 +40,7 @@ void AfterFrameLoop(const EngineOptions& options, Database& root, MessageHandler
 
 }  // namespace
 
-int RunEngine(const EngineOptions& options) {
+int RunEngine(const EngineOptions& options, const LoopSystemsArrangement& arrange) {
   std::srand(static_cast<unsigned>(platform::MillisecondsSinceEpoch()));
   auto registry = std::make_unique<MemoryManagerRegistry>();
   InstallMemoryRegistry(registry.get());
@@ -70,12 +70,15 @@ int RunEngine(const EngineOptions& options) {
   systems->CreateSystems();
   RunStartupUnitTests(options.runUnitTests);
 
-  void* synchronizeArgs[kSynchronizeArgCount] = {root.get(), registry.get(), threads.get(), nullptr};
+  void* synchronizeArgs[kSynchronizeArgCount] = {root.get(), registry.get(), threads.get(),
+                                                 nullptr};
   systems->SynchronizeAll(synchronizeArgs, kSynchronizeArgCount);
   systems->LoadAll();
   systems->StartAll();
 
-  FrameLoop loop({*root, *messages, *resources, *levels, *window, systems->Systems()});
+  const std::vector<ISystem*> loopSystems =
+      arrange ? arrange(systems->Systems(), *root) : systems->Systems();
+  FrameLoop loop({*root, *messages, *resources, *levels, *window, loopSystems});
   loop.Run(options.frameLimit);
   AfterFrameLoop(options, *root, *messages);
 
