@@ -1,143 +1,108 @@
-// The AI system as the frame loop and the level manager drive it: life-cycle lines, per-frame
-// values, level switches and reloads, player scripts starting last, pause and the way back to the
-// title level.
+// The AI system as the frame loop, the level manager and the input system drive it: life-cycle
+// lines, per-frame values, level switches and reloads through the real level manager with level
+// files on disk, player scripts starting last, pause and the way back to the title level, and
+// device input forwarded to scripts.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <ctime>
 
-#include "AI/Script.h"
-#include "Core/WellKnownKeys.h"
+#include "Core/Bootstrapper/LevelManager.h"
+#include "InputHarness.h"
 #include "ScriptWorld.h"
-#include "TestOutput.h"
 
 namespace grindle::test {
 namespace {
 
-class AISystemTest : public testing::Test {
- protected:
-  Database root_;
-  MessageHandler handler_;
-  ScriptWorld world_{root_, handler_};
-};
+using AISystemTest = ScriptTest;
 
-TEST(AISystemLifeCycle, PrintsItsLinesAndListensOnlyWhileStarted) {
-  InternWellKnownKeys();
-  Database root;
-  MessageHandler handler;
-  root.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &handler);
-  AIInterface ai;
-  void* args[kSynchronizeArgCount] = {&root, &CurrentMemoryRegistry(), nullptr, nullptr};
-  const std::string start = CaptureStdout([&] {
-    ai.synchronize(args, kSynchronizeArgCount);
-    ai.Load();
-    ai.Start();
-  });
-  EXPECT_EQ(start, "LoadAI\nStartAI\n");
-  for (const char* name : {"ResourceReloaded", "Keyboard", "SCR:DestroyObject", "TogglePauseMsg",
-                           "msgRightStick_Up"}) {
-    EXPECT_EQ(handler.ListenerCount(name), 1u) << name;
-  }
-  const std::string stop = CaptureStdout([&] {
-    ai.Exit();
-    ai.Unload();
-  });
-  EXPECT_EQ(stop, "ExitAI\nUnloadAI\n");
-  EXPECT_EQ(handler.ListenerCount("Keyboard"), 0u);
-  EXPECT_EQ(handler.ListenerCount("SCR:SetControllerVibration"), 0u);
-}
-
-TEST_F(AISystemTest, FramesCountTimersAndDate) {
+TEST_F(AISystemTest, StartsWithItsLinesAndDateCountsFramesAndTimersAndStopsListening) {
+  EXPECT_EQ(world_.startOutput, "LoadAI\nStartAI\n");
   const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
-  EXPECT_EQ(world_.Global("wMonth"), local.tm_mon + 1);
-  EXPECT_EQ(world_.GlobalText("WorldType"), "NoSelectedWorld");
-  EXPECT_TRUE(root_.Find<Database>("Menus"));
+  EXPECT_EQ(world_.Global("wMonth"), std::localtime(&now)->tm_mon + 1);
 
   handler_.SendArgs("SCR:SetCountdown", 3.0, 0.05);
   handler_.SendArgs("SCR:SetCountdown", 8.0, 1.0);
-  const std::string out = CaptureStdout([&] { world_.Deliver(); });
-  EXPECT_NE(out.find("SCR:SetCountdown: no countdown 8"), std::string::npos) << out;
-  const double before = world_.Global("Count");
+  handler_.SendArgs("ConsolePrint", "round over");
+  EXPECT_EQ(CaptureStdout([&] { world_.Deliver(); }),
+            "SCR:SetCountdown: no countdown 8 (there are 8, from 0)\nround over\n");
   world_.Frame();
-  EXPECT_EQ(world_.Global("Count"), before + 1.0);
+  EXPECT_EQ(world_.Global("Count"), 1.0);
   EXPECT_NEAR(world_.Global("Countdown3"), 0.05 - 1.0 / 60.0, 1e-6);
   for (int i = 0; i < 5; ++i) world_.Frame();
   // Counting stops once a countdown is no longer above zero.
   EXPECT_LE(world_.Global("Countdown3"), 0.0);
   EXPECT_GT(world_.Global("Countdown3"), -1.0 / 60.0);
-  EXPECT_EQ(world_.Global("Count"), before + 6.0);
+  EXPECT_EQ(world_.Global("Count"), 6.0);
+
+  EXPECT_EQ(world_.Stop(world_.ai_), "ExitAI\nUnloadAI\n");
+  EXPECT_EQ(handler_.ListenerCount("Keyboard"), 0u);
 }
 
 TEST_F(AISystemTest, PauseStopsScriptUpdatesAndExitToMenuUnpausesOnTheWayToTheTitle) {
-  world_.WriteScript("Tick.lua",
-                     "function Update() SetData('GlobalVariables.Ticks', "
-                     "(FindData('GlobalVariables.Ticks') or 0) + 1) end");
+  world_.WriteScript("Tick.lua", "function Update() print('tick') end");
   world_.AddObject("Arena", "Clock", {"Tick.lua"});
   world_.AnnounceLevel("Arena");
-  std::vector<std::string> announced;
-  for (const char* name : {"GamePaused", "GameUnpaused"}) {
-    handler_.Listen(name, "Test", [&announced, name](MessageArgs) { announced.push_back(name); });
-  }
-  world_.Frame();
-  handler_.Send("TogglePauseMsg");
-  world_.Deliver();
-  ASSERT_TRUE(root_.Find<bool>("isGamePaused"));
-  EXPECT_TRUE(*root_.Find<bool>("isGamePaused"));
-  world_.Frame();
-  world_.Frame();
-  EXPECT_EQ(world_.Global("Ticks"), 1.0);
-
-  handler_.Send("ExitToMainMenuMSG");
-  world_.Deliver();
+  world_.Echo({"GamePaused", "GameUnpaused"});
+  EXPECT_EQ(CaptureStdout([&] {
+              world_.Frame();
+              handler_.Send("TogglePauseMsg");
+              world_.Deliver();
+              world_.Frame();
+              world_.Frame();
+              handler_.Send("ExitToMainMenuMSG");
+              world_.Deliver();
+              world_.Frame();
+            }),
+            "tick\nGamePaused()\nGameUnpaused()\ntick\n");
   EXPECT_EQ(*root_.Find<std::string>("NextLevel"), "LevelTitleScreen");
   EXPECT_FALSE(*root_.Find<bool>("isGamePaused"));
-  EXPECT_EQ(announced, (std::vector<std::string>{"GamePaused", "GameUnpaused"}));
-  world_.Frame();
-  EXPECT_EQ(world_.Global("Ticks"), 2.0);
 }
 
-TEST_F(AISystemTest, ConsolePrintWritesItsLine) {
-  handler_.SendArgs("ConsolePrint", "round over");
-  EXPECT_EQ(CaptureStdout([&] { world_.Deliver(); }), "round over\n");
-}
+TEST_F(AISystemTest, ScriptsLiveExactlyAsLongAsTheirLevelThroughSwitchesAndReloads) {
+  std::filesystem::create_directories("Assets/Levels");
+  const auto object = [](const char* name) {
+    return std::string("<Database name=\"") + name + "\"><Database name=\"Script\">" +
+           "<string name=\"FileName\">Tracer.lua</string></Database></Database>";
+  };
+  std::ofstream("Assets/Levels/LoadingScreen.xml") << "<Database name=\"GameObjects\"></Database>";
+  std::ofstream("Assets/Levels/Title.xml")
+      << "<Database name=\"GameObjects\">" << object("Logo") << "</Database>";
+  std::ofstream("Assets/Levels/Arena.xml") << "<Database name=\"GameObjects\">" << object("Player1")
+                                           << object("Player0") << object("Crate") << "</Database>";
+  world_.WriteScript("Tracer.lua", R"(
+local function Trace(text) SetData("GlobalVariables.Trace", (FindData("GlobalVariables.Trace") or "") .. text .. ";") end
+function Start(me) Trace("start " .. me) end
+function End() Trace("end " .. (FindData("*CurrentObject.*Name") or "?") .. " in " .. FindData("CurrentLevel")) end
+)");
+  LevelManager levels(root_, handler_);
+  // One pass of the frame loop's level step, delivery and the AI system's update.
+  auto frame = [&] {
+    CaptureStdout([&] { levels.ProcessLevelChange({&world_.ai_}); });
+    world_.Frame();
+  };
+  levels.Initialize("Arena");
+  frame();
+  // Players start after the rest of the level, in their order.
+  EXPECT_EQ(world_.Global<std::string>("Trace"), "start Crate;start Player0;start Player1;");
 
-constexpr const char* kTracer = R"(
-function Start(me) SetData("GlobalVariables.Trace", (FindData("GlobalVariables.Trace") or "") .. "start " .. me .. ";") end
-function End() SetData("GlobalVariables.Trace", (FindData("GlobalVariables.Trace") or "") .. "end;") end
-)";
-
-TEST_F(AISystemTest, PlayersStartAfterTheRestOfTheLevel) {
-  world_.WriteScript("Tracer.lua", kTracer);
-  world_.AddObject("Arena", "Player1", {"Tracer.lua"});
-  world_.AddObject("Arena", "Camera", {"Tracer.lua"});
-  world_.AddObject("Arena", "Player0", {"Tracer.lua"});
-  world_.AnnounceLevel("Arena");
-  EXPECT_EQ(world_.GlobalText("Trace"), "start Camera;start Player0;start Player1;");
-  EXPECT_EQ(world_.ai_.Host()->RunningScriptCount(), 3u);
-}
-
-// The level manager's reload of the current level: LevelSwitched(level, ""), UnloadLevel,
-// the level's announcements again, LevelSwitched("", level).
-TEST_F(AISystemTest, ReloadedLevelEndsOldScriptsBeforeTheNewOnesStart) {
-  world_.WriteScript("Tracer.lua", kTracer);
-  world_.AddObject("Arena", "Crate", {"Tracer.lua"});
-  world_.AnnounceLevel("Arena");
-
-  handler_.SendArgs("LevelSwitched", "Arena", "");
-  handler_.SendArgs("UnloadLevel", "Arena");
-  root_.Find<Database>("Levels")->Remove("Arena");
-  world_.AddObject("Arena", "Crate", {"Tracer.lua"});
-  world_.AnnounceLevel("Arena");
-  handler_.SendArgs("LevelSwitched", "", "Arena");
-  world_.Deliver();
-  EXPECT_EQ(world_.GlobalText("Trace"), "start Crate;end;start Crate;");
+  *root_.Find<std::string>("NextLevel") = "Title";
+  frame();
+  // The arena's scripts end once it stopped being current and its data is gone.
+  EXPECT_EQ(world_.Global<std::string>("Trace"),
+            "start Crate;start Player0;start Player1;end ? in LoadingScreen;end ? in LoadingScreen;"
+            "end ? in LoadingScreen;start Logo;");
   EXPECT_EQ(world_.ai_.Host()->RunningScriptCount(), 1u);
+  EXPECT_FALSE(world_.Db("Levels.Arena"));
 
-  handler_.Send("UnloadAllLevels");
+  // A reload of the current level ends its scripts (their data already gone) before the new ones
+  // start; unloading all levels ends the rest.
+  *world_.Db("GlobalVariables")->Find<std::string>("Trace") = "";
+  *root_.Find<std::string>("NextLevel") = "Title";
+  CaptureStdout([&] { levels.SwitchLevel(); });
   world_.Deliver();
-  EXPECT_EQ(world_.GlobalText("Trace"), "start Crate;end;start Crate;end;");
+  levels.UnloadAllLevels();
+  world_.Deliver();
+  EXPECT_EQ(world_.Global<std::string>("Trace"), "end ? in Title;start Logo;end Logo in Title;");
   EXPECT_EQ(world_.ai_.Host()->RunningScriptCount(), 0u);
 }
 
@@ -145,16 +110,80 @@ TEST_F(AISystemTest, ScriptDestroyingItselfFromItsOwnCallIsClosedAfterTheCallRet
   world_.WriteScript("Self.lua", R"(
 function Update()
   SendImmediate("msgObjectDestroyed", "Crate")
-  SetData("GlobalVariables.AfterDestroy", 1)
+  print("after destroy")
 end
-function End() SetData("GlobalVariables.Ended", 1) end
+function End() print("ended") end
 )");
   world_.AddObject("Arena", "Crate", {"Self.lua"});
   world_.AnnounceLevel("Arena");
-  world_.Frame();
-  EXPECT_EQ(world_.Global("Ended"), 1.0);
-  EXPECT_EQ(world_.Global("AfterDestroy"), 1.0);
+  // "End" runs at once; the state itself stays open until the call that destroyed it returns.
+  EXPECT_EQ(CaptureStdout([&] { world_.Frame(); }), "ended\nafter destroy\n");
   EXPECT_EQ(world_.ai_.Host()->RunningScriptCount(), 0u);
+}
+
+using InputForwardingTest = InputHarness;
+
+// Device input reaching scripts: keys written into SDL's key state, window messages for the mouse
+// and a virtual pad on SDL's joystick driver go through the real input system, whose device
+// messages the AI system forwards as "SCR:" events to a script's listeners. Stick steps also
+// reach scripted menus, once per step; held buttons report as buttons, not triggered again.
+TEST_F(InputForwardingTest, KeysMouseAndPadsReachScriptListeners) {
+  ScriptWorld world(root_, handler_);
+  // The script prints every event its listeners receive as one line "event:arg,arg,...".
+  world.WriteScript("Recorder.lua", R"(
+for _, name in ipairs({"SCR:KeyboardPressed", "SCR:KeyboardTriggered", "SCR:Cheat",
+    "SCR:MouseButtonPressed", "SCR:MouseButtonTriggered", "SCR:MouseButtonReleased",
+    "SCR:MousePosition", "SCR:MouseDeltaPosition", "SCR:MouseWheel", "SCR:ControllerButton",
+    "SCR:ControllerButtonTriggered", "SCR:ControllerLeftStick", "SCR:ControllerRightStick",
+    "msgLeftStick_Down", "msgRightStick_Right", "SCR:MenuDown"}) do
+  _G[name] = function(...) print(name .. ":" .. table.concat({...}, ",")) end
+  Listen(name, name)
+end
+)");
+  world.AddObject("Arena", "Listener", {"Recorder.lua"});
+  world.AnnounceLevel("Arena");
+  Activate();
+  // One frame of the engine: input samples and sends, delivery forwards to the script.
+  const auto frameLog = [&] {
+    return CaptureStdout([&] {
+      Frame();
+      world.Frame();
+    });
+  };
+  frameLog();  // the first frame reports where the mouse starts
+  SetKey(SDL_SCANCODE_SPACE, true);
+  SetKey(SDL_SCANCODE_F3, true);
+  EXPECT_EQ(frameLog(),
+            "SCR:KeyboardTriggered:Space\nSCR:KeyboardTriggered:F3\nSCR:Cheat:NextLevel\n");
+  SetKey(SDL_SCANCODE_F3, false);
+  EXPECT_EQ(frameLog(), "SCR:KeyboardPressed:Space\n");
+  SetKey(SDL_SCANCODE_SPACE, false);  // a release is no event
+
+  WindowMessage(kWmMouseMove, 0, 100 | (50 << 16));
+  EXPECT_EQ(frameLog(), "SCR:MouseDeltaPosition:100,50\nSCR:MousePosition:100,50\n");
+  WindowMessage(kWmLButtonDown, 0, 110 | (45 << 16));
+  WindowMessage(kWmMouseWheel, static_cast<uint64_t>(static_cast<uint16_t>(-120)) << 16,
+                110 | (45 << 16));
+  EXPECT_EQ(frameLog(),
+            "SCR:MouseButtonTriggered:LEFT\nSCR:MouseButtonPressed:LEFT\n"
+            "SCR:MouseDeltaPosition:10,-5\nSCR:MousePosition:110,45\nSCR:MouseWheel:-1\n");
+  WindowMessage(kWmLButtonUp, 0, 110 | (45 << 16));
+  EXPECT_EQ(frameLog(), "SCR:MouseButtonReleased:LEFT\n");
+
+  VirtualPad pad;
+  frameLog();  // the pad is seated in this frame
+  pad.Press(SDL_CONTROLLER_BUTTON_A);
+  pad.SetAxis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, 32767);
+  pad.SetAxis(SDL_CONTROLLER_AXIS_LEFTY, 32767);  // SDL's Y grows downwards
+  EXPECT_EQ(frameLog(),
+            "SCR:ControllerLeftStick:0,0,-1\nSCR:ControllerButtonTriggered:A,0\n"
+            "SCR:ControllerButtonTriggered:RightTrigger,0\nmsgLeftStick_Down:0\nSCR:MenuDown:0\n");
+  pad.Press(SDL_CONTROLLER_BUTTON_B);
+  pad.SetAxis(SDL_CONTROLLER_AXIS_RIGHTX, 32767);
+  EXPECT_EQ(frameLog(),
+            "SCR:ControllerLeftStick:0,0,-1\nSCR:ControllerRightStick:0,1,0\n"
+            "SCR:ControllerButton:A,0\nSCR:ControllerButtonTriggered:B,0\n"
+            "SCR:ControllerButton:RightTrigger,0\nmsgRightStick_Right:0\n");
 }
 
 }  // namespace

@@ -1,25 +1,74 @@
-#include <SDL.h>
-#include <gtest/gtest.h>
+// The frame loop and its parts: the frame clock, the sleep rule and the statistics.
+#include <thread>
 
-#include <cstdlib>
-#include <string>
-#include <vector>
-
+#include "BootstrapperKit.h"
 #include "Core/Bootstrapper/FrameLoop.h"
+#include "Core/Bootstrapper/FrameStatistics.h"
 #include "Core/Bootstrapper/GameTimer.h"
 #include "Core/Bootstrapper/LevelManager.h"
-#include "Core/Bootstrapper/MainWindow.h"
-#include "Core/Database.h"
-#include "Core/MessageHandler.h"
 #include "Core/ResourceManager.h"
-#include "Core/SystemBase.h"
 #include "Core/ThreadManager.h"
-#include "Core/WellKnownKeys.h"
-#include "TempWorkDir.h"
 #include "TestOutput.h"
 
 namespace grindle {
 namespace {
+
+using namespace std::chrono_literals;
+
+TEST(GameTimer, MeasuresFromTheLastTickAndTotalTimeMovesOnlyWhenTheCounterIsRead) {
+  GameTimer timer;
+  EXPECT_EQ(timer.DeltaTime(), -1.0);  // until the first tick
+  timer.Reset();
+  std::this_thread::sleep_for(5ms);
+  timer.Tick();
+  const double atTick = timer.TotalTime();
+  EXPECT_GE(atTick, 0.005);
+  std::this_thread::sleep_for(5ms);
+  EXPECT_EQ(timer.TotalTime(), atTick);
+
+  const double since = timer.SinceLastTick();
+  EXPECT_GE(since, 0.005);
+  // Reading the time since the tick overwrote the current time...
+  EXPECT_NEAR(timer.TotalTime(), atTick + since, 1e-9);
+  // ... but not the previous time: the next frame still measures from the tick, not the reset.
+  timer.Tick();
+  EXPECT_GE(timer.DeltaTime(), since);
+  EXPECT_LE(timer.DeltaTime(), timer.TotalTime() - 0.005);
+}
+
+TEST(FrameSleep, SleepsTheRestOfTheFrameInWholeMillisecondsAndNeverAfterASlowFrame) {
+  EXPECT_EQ(FrameSleepMilliseconds(0.0), 16u);
+  EXPECT_EQ(FrameSleepMilliseconds(0.004), 12u);  // 12.67 ms left, truncated
+  EXPECT_EQ(FrameSleepMilliseconds(0.0166), 0u);  // less than a millisecond left
+  EXPECT_EQ(FrameSleepMilliseconds(0.020), 0u);
+}
+
+TEST(FrameStatistics, SnapshotsOncePerSecondWithTheMarkAdvancingByExactlyOneSecond) {
+  FrameStatistics statistics;
+  Database database;
+  database.Add<int>("Counted", 1);
+
+  EXPECT_FALSE(statistics.FrameDone(0.3, 2));
+  for (int i = 0; i < 5; ++i) database.Find<int>("Counted");
+  EXPECT_FALSE(statistics.FrameDone(0.9, 3));
+  ASSERT_TRUE(statistics.FrameDone(1.2, 4));
+  EXPECT_EQ(statistics.Snapshot().framesPerSecond, 3u);
+  EXPECT_EQ(statistics.Snapshot().messagesPerSecond, 9u);
+  EXPECT_GE(statistics.Snapshot().lookupsPerSecond, 5u);
+
+  // The mark is now 1.0, not 1.2: 2.0 completes the next second.
+  EXPECT_FALSE(statistics.FrameDone(1.9, 1));
+  ASSERT_TRUE(statistics.FrameDone(2.0, 1));
+  EXPECT_EQ(statistics.Snapshot().framesPerSecond, 2u);
+  EXPECT_EQ(statistics.Snapshot().messagesPerSecond, 2u);
+  EXPECT_EQ(statistics.Snapshot().lookupsPerSecond, 0u);  // rates, not running totals
+
+  // A long stall catches up one second per frame.
+  EXPECT_TRUE(statistics.FrameDone(4.5, 0));
+  EXPECT_TRUE(statistics.FrameDone(4.5, 0));
+  EXPECT_FALSE(statistics.FrameDone(4.5, 0));
+  EXPECT_EQ(statistics.Title("Grindle").rfind("Grindle - 1 fps, 0 messages/s", 0), 0u);
+}
 
 struct UpdateRecord {
   float dt;
@@ -27,74 +76,51 @@ struct UpdateRecord {
   std::string level;
 };
 
-// Records every Update with what the database said at that moment; can ask to end the game.
-class RecordingSystem final : public SystemBase {
- public:
-  RecordingSystem(Database& root, MessageHandler& messages)
-      : SystemBase("Recorder"), root_(root), messages_(messages) {}
-  void Update(float dt) override {
-    updates.push_back({dt, *root_.Find<double>("DT"), *root_.Find<std::string>("CurrentLevel")});
-    if (updates.size() == exitAfter) messages_.Send("ExitGameMSG");
-  }
-
-  std::vector<UpdateRecord> updates;
-  size_t exitAfter = 0;
-
- private:
-  Database& root_;
-  MessageHandler& messages_;
-};
-
-class FrameLoopTest : public testing::Test {
+class FrameLoopTest : public WindowTest {
  protected:
-  static void SetUpTestSuite() { setenv("SDL_VIDEODRIVER", "offscreen", 1); }
-
   FrameLoopTest() {
-    InternWellKnownKeys();
     dir.Write("Assets/Levels/LoadingScreen.xml", "<int name=\"Spinner\">1</int>\n");
     dir.Write("Assets/Levels/Arena.xml", "<Database name=\"GameObjects\"></Database>\n");
     root.Add<GameTimer>("GameTimer");
     root.Add<double>("DT", 0.0);
-    window.Create(messages);
     levels.Initialize("Arena");
-    SDL_PumpEvents();
-    SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
+    OpenWindow();
   }
-  ~FrameLoopTest() override { platform::QuitVideo(); }
-
   void PushKey(SDL_Keycode key) {
-    SDL_Event event{};
-    event.type = SDL_KEYDOWN;
-    event.key.keysym.sym = key;
+    SDL_Event event{.key = {.type = SDL_KEYDOWN, .keysym = {.sym = key}}};
     SDL_PushEvent(&event);
   }
 
   TempWorkDir dir;
-  Database root;
-  MessageHandler messages;
   ThreadManager threads{1, 10};
   ResourceManager resources{threads, messages};
-  MainWindow window{root};
   LevelManager levels{root, messages};
-  RecordingSystem system{root, messages};
+  // Every Update with what the database said at that moment; the one numbered `exitAfter` asks
+  // to end the game.
+  std::vector<UpdateRecord> updates;
+  size_t exitAfter = 0;
+  UpdateHook system{[this](float dt) {
+    updates.push_back({dt, *root.Find<double>("DT"), *root.Find<std::string>("CurrentLevel")});
+    if (updates.size() == exitAfter) messages.Send("ExitGameMSG");
+  }};
   std::vector<ISystem*> systems{&system};
   FrameLoop loop{{root, messages, resources, levels, window, systems}};
 };
 
 TEST_F(FrameLoopTest, EachFrameWritesDTBeforeTheUpdatesAndSleepsOutTheFrame) {
   loop.Run(3);
-  ASSERT_EQ(system.updates.size(), 4u);
+  ASSERT_EQ(updates.size(), 4u);
   // The first frame's level request shows the loading screen with the fixed step.
-  EXPECT_EQ(system.updates[0].dt, 16.0f);
-  EXPECT_EQ(system.updates[0].level, "LoadingScreen");
+  EXPECT_EQ(updates[0].dt, 16.0f);
+  EXPECT_EQ(updates[0].level, "LoadingScreen");
   for (size_t i = 1; i < 4; ++i) {
-    EXPECT_EQ(system.updates[i].level, "Arena");
-    EXPECT_EQ(system.updates[i].dt, static_cast<float>(system.updates[i].dtEntry));
+    EXPECT_EQ(updates[i].level, "Arena");
+    EXPECT_EQ(updates[i].dt, static_cast<float>(updates[i].dtEntry));
   }
   // Frames after the first follow a capped frame: at least the 60 Hz budget less the truncated
   // millisecond.
-  EXPECT_GE(system.updates[2].dtEntry, 0.0155);
-  EXPECT_GE(system.updates[3].dtEntry, 0.0155);
+  EXPECT_GE(updates[2].dtEntry, 0.0155);
+  EXPECT_GE(updates[3].dtEntry, 0.0155);
 }
 
 TEST_F(FrameLoopTest, WaitingWindowMessagesAreTakenBeforeAnyFrameAndQuitEndsTheLoop) {
@@ -102,15 +128,15 @@ TEST_F(FrameLoopTest, WaitingWindowMessagesAreTakenBeforeAnyFrameAndQuitEndsTheL
   PushKey(SDLK_b);
   platform::PostQuit();
   loop.Run(-1);
-  EXPECT_TRUE(system.updates.empty());
+  EXPECT_TRUE(updates.empty());
   EXPECT_EQ(*root.Find<std::string>("NextLevel"), "Arena");  // no frame ran the level change
 }
 
 TEST_F(FrameLoopTest, AnExitRequestEndsTheLoopAfterTheFrameInProgress) {
-  system.exitAfter = 3;  // the loading screen's update, then two frames
+  exitAfter = 3;  // the loading screen's update, then two frames
   loop.Run(-1);
   // Sent in frame 2, delivered in frame 3, which still completes; then the quit message is taken.
-  EXPECT_EQ(system.updates.size(), 4u);
+  EXPECT_EQ(updates.size(), 4u);
 }
 
 TEST_F(FrameLoopTest, FunctionKeysPrintTheStatisticsAndTheDatabase) {
@@ -118,7 +144,6 @@ TEST_F(FrameLoopTest, FunctionKeysPrintTheStatisticsAndTheDatabase) {
   PushKey(SDLK_F11);
   const std::string out = CaptureStdout([&] { loop.Run(1); });
   EXPECT_NE(out.find("Statistics: 0 fps"), std::string::npos) << out;
-  EXPECT_NE(out.find("Database (Levels) ="), std::string::npos) << out;
   EXPECT_NE(out.find("int (WindowWidth) = 1280"), std::string::npos) << out;
 }
 

@@ -1,87 +1,43 @@
-#include <SDL.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <string>
-#include <vector>
-
-#include "Core/Bootstrapper/MainWindow.h"
-#include "Core/Database.h"
-#include "Core/MessageHandler.h"
-#include "Core/WellKnownKeys.h"
+// The window procedure, fed real SDL events through the platform layer.
+#include "BootstrapperKit.h"
 
 namespace grindle {
 namespace {
 
 using platform::WindowEvent;
 using platform::WindowEventKind;
-using Log = std::vector<std::string>;
-
-const char* const kWindowMessages[] = {"SetClientWindow", "OnResize",        "PauseAudio",
-                                       "UnpauseMusic",    "TogglePauseMsg",  "WindowDeactivated",
-                                       "WindowActivated", "PlaySong"};
-
-std::string Describe(const char* name, MessageArgs args) {
-  std::string text = std::string(name) + "(";
-  for (uint32_t i = 0; i < args.count; ++i) {
-    if (i > 0) text += ",";
-    if (const unsigned* u = args.Get<unsigned int>(i)) text += std::to_string(*u);
-    if (const double* d = args.Get<double>(i)) text += std::to_string(*d);
-    if (const std::string* s = args.Get<std::string>(i)) text += *s;
-  }
-  return text + ")";
-}
 
 // Receives the mouse messages the way the input system's callback does.
-class MouseRecorder {
- public:
-  void OnMessage(uint32_t code, uint64_t wParam, int64_t lParam) {
-    calls.push_back({code, wParam, lParam});
-  }
-  bool Enabled() const { return isEnabled; }
-
+struct MouseRecorder {
   struct Call {
     uint32_t code;
     uint64_t wParam;
     int64_t lParam;
   };
+  void OnMessage(uint32_t code, uint64_t wParam, int64_t lParam) {
+    calls.push_back({code, wParam, lParam});
+  }
+  bool Enabled() const { return isEnabled; }
+
   std::vector<Call> calls;
   bool isEnabled = true;
 };
 
-class WindowProcedureTest : public testing::Test {
+class WindowProcedureTest : public WindowTest {
  protected:
-  static void SetUpTestSuite() { setenv("SDL_VIDEODRIVER", "offscreen", 1); }
-
-  WindowProcedureTest() {
-    InternWellKnownKeys();
-    for (const char* name : kWindowMessages) {
-      messages.Listen(name, "Test", [this, name](MessageArgs args) {
-        log.push_back(Describe(name, args));
-        // Whoever hears about a new size must already find it in the database.
-        if (std::string(name) != "PlaySong") seenWidths.push_back(*root.Find<int>("WindowWidth"));
-      });
-    }
-    window.Create(messages);
-    // Whatever the driver queued while the window appeared is not part of any test.
-    SDL_PumpEvents();
-    SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
-  }
-  ~WindowProcedureTest() override { platform::QuitVideo(); }
+  WindowProcedureTest() { OpenWindow(); }
 
   // Pushes an SDL event and runs the window procedure on what the platform layer makes of it.
   bool Dispatch(SDL_Event event) {
     EXPECT_EQ(SDL_PushEvent(&event), 1);
     return window.Procedure(NextMeaningful());
   }
-  SDL_Event WindowSdlEvent(SDL_WindowEventID id, int data1 = 0, int data2 = 0) {
-    SDL_Event event{};
-    event.type = SDL_WINDOWEVENT;
-    event.window.windowID = SDL_GetWindowID(window.Native().Handle());
-    event.window.event = id;
-    event.window.data1 = data1;
-    event.window.data2 = data2;
-    return event;
+  bool DispatchWindow(SDL_WindowEventID id, int width = 0, int height = 0) {
+    return Dispatch({.window = {.type = SDL_WINDOWEVENT,
+                                .windowID = SDL_GetWindowID(window.Native().Handle()),
+                                .event = static_cast<Uint8>(id),
+                                .data1 = width,
+                                .data2 = height}});
   }
   // The next event the window procedure acts on, skipping what the driver adds (shown, hidden...).
   WindowEvent NextMeaningful() {
@@ -92,80 +48,71 @@ class WindowProcedureTest : public testing::Test {
     ADD_FAILURE() << "no window event arrived";
     return {};
   }
-  Log Take() {
-    messages.Deliver(MessageHandler::kDeliverAll);
-    return std::exchange(log, {});
-  }
 
-  Database root;
-  MessageHandler messages;
-  MainWindow window{root};
-  Log log;
-  std::vector<int> seenWidths;
+  MessageLog log{messages,
+                 {"SetClientWindow", "OnResize", "PauseAudio", "UnpauseMusic", "TogglePauseMsg",
+                  "WindowDeactivated", "WindowActivated", "PlaySong"}};
 };
 
-TEST_F(WindowProcedureTest, CreationPublishesTheWindowAndItsInitialSize) {
+TEST_F(WindowProcedureTest, CreationPublishesTheWindowAndAResizeWritesTheSizeBeforeAnyMessage) {
   ASSERT_NE(window.Native().Handle(), nullptr);
   EXPECT_EQ(*root.Find<SDL_Window*>("MainWindowHandle"), window.Native().Handle());
   EXPECT_EQ(*root.Find<int>("WindowWidth"), 1280);
   EXPECT_EQ(*root.Find<int>("WindowHeight"), 720);
   EXPECT_STREQ(SDL_GetWindowTitle(window.Native().Handle()), "Grindle");
   EXPECT_NE(SDL_GetWindowFlags(window.Native().Handle()) & SDL_WINDOW_RESIZABLE, 0u);
-}
 
-TEST_F(WindowProcedureTest, ResizeWritesTheSizeBeforeAnyMessageAboutIt) {
-  EXPECT_FALSE(Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_SIZE_CHANGED, 800, 600)));
+  // Whoever hears about a new size must already find it in the database.
+  std::vector<int> seenWidths;
+  for (const char* name : {"SetClientWindow", "OnResize", "UnpauseMusic"}) {
+    messages.Listen(name, "Width",
+                    [&](MessageArgs) { seenWidths.push_back(*root.Find<int>("WindowWidth")); });
+  }
+  EXPECT_FALSE(DispatchWindow(SDL_WINDOWEVENT_SIZE_CHANGED, 800, 600));
   // The restored kind unpauses the music at once, before the queued messages go out.
-  EXPECT_EQ(log, Log{"UnpauseMusic()"});
+  EXPECT_EQ(log.lines, Log{"UnpauseMusic()"});
   EXPECT_EQ(*root.Find<int>("WindowWidth"), 800);
   EXPECT_EQ(*root.Find<int>("WindowHeight"), 600);
-  EXPECT_EQ(Take(), (Log{"UnpauseMusic()", "SetClientWindow(800,600)", "OnResize()"}));
+  EXPECT_EQ(log.Take(), (Log{"UnpauseMusic()", "SetClientWindow(800,600)", "OnResize()"}));
   EXPECT_EQ(seenWidths, (std::vector<int>{800, 800, 800}));
-  EXPECT_EQ(window.Width(), 800);
 }
 
 TEST_F(WindowProcedureTest, DeactivationForcesThePauseOnceAndActivationComesBack) {
   root.Add<bool>("isGamePaused", true);
-  Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_FOCUS_LOST));
+  DispatchWindow(SDL_WINDOWEVENT_FOCUS_LOST);
   // Forced to false so that the toggle the listeners receive lands on paused.
   EXPECT_FALSE(*root.Find<bool>("isGamePaused"));
-  EXPECT_EQ(Take(), (Log{"TogglePauseMsg()", "WindowDeactivated()", "PauseAudio()"}));
+  EXPECT_EQ(log.Take(), (Log{"TogglePauseMsg()", "WindowDeactivated()", "PauseAudio()"}));
   EXPECT_FALSE(window.IsActive());
 
-  Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_FOCUS_LOST));
-  EXPECT_TRUE(Take().empty());
+  DispatchWindow(SDL_WINDOWEVENT_FOCUS_LOST);
+  EXPECT_TRUE(log.Take().empty());
 
   // An inactive window does not resize the renderer's targets.
-  Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_SIZE_CHANGED, 640, 480));
-  EXPECT_EQ(Take(), (Log{"UnpauseMusic()", "SetClientWindow(640,480)"}));
+  DispatchWindow(SDL_WINDOWEVENT_SIZE_CHANGED, 640, 480);
+  EXPECT_EQ(log.Take(), (Log{"UnpauseMusic()", "SetClientWindow(640,480)"}));
 
-  Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_FOCUS_GAINED));
-  EXPECT_EQ(Take(), Log{"WindowActivated()"});
+  DispatchWindow(SDL_WINDOWEVENT_FOCUS_GAINED);
+  EXPECT_EQ(log.Take(), Log{"WindowActivated()"});
   EXPECT_TRUE(window.IsActive());
-  Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_FOCUS_GAINED));
-  EXPECT_EQ(Take(), Log{"UnpauseMusic()"});
+  DispatchWindow(SDL_WINDOWEVENT_FOCUS_GAINED);
+  EXPECT_EQ(log.Take(), Log{"UnpauseMusic()"});
 }
 
 TEST_F(WindowProcedureTest, ActivationWhileMinimizedPlaysTheMenuThemeOutsideTheIntroLevels) {
-  WindowEvent minimizedActivation;
-  minimizedActivation.kind = WindowEventKind::kActivate;
-  minimizedActivation.isActivation = true;
-  minimizedActivation.isMinimized = true;
-
+  const WindowEvent minimizedActivation{
+      .kind = WindowEventKind::kActivate, .isActivation = true, .isMinimized = true};
   root.Add<std::string>("CurrentLevel", "SplashScreens");
   window.Procedure(minimizedActivation);
-  EXPECT_EQ(Take(), Log{"UnpauseMusic()"});
+  EXPECT_EQ(log.Take(), Log{"UnpauseMusic()"});
   EXPECT_FALSE(window.IsActive());
 
   *root.Find<std::string>("CurrentLevel") = "Arena";
   window.Procedure(minimizedActivation);
-  EXPECT_EQ(Take(), Log{"PlaySong(1.000000,MenuTheme)"});
+  EXPECT_EQ(log.Take(), Log{"PlaySong(1.000000,MenuTheme)"});
 
-  WindowEvent minimized;
-  minimized.kind = WindowEventKind::kSize;
-  minimized.sizeKind = platform::SizeKind::kMinimized;
-  window.Procedure(minimized);
-  EXPECT_EQ(Take(), (Log{"SetClientWindow(0,0)", "PauseAudio()"}));
+  window.Procedure({.kind = WindowEventKind::kSize, .sizeKind = platform::SizeKind::kMinimized});
+  EXPECT_EQ(log.Take(), (Log{"SetClientWindow(0,0)", "PauseAudio()"}));
 }
 
 TEST_F(WindowProcedureTest, MouseEventsReachTheEnabledCallbackAsWindowMessages) {
@@ -174,23 +121,11 @@ TEST_F(WindowProcedureTest, MouseEventsReachTheEnabledCallbackAsWindowMessages) 
                                                 &MouseRecorder::Enabled);
   root.Add<BaseWindowMessageFunction*>("MouseInputFunction", &function);
 
-  SDL_Event press{};
-  press.type = SDL_MOUSEBUTTONDOWN;
-  press.button.button = SDL_BUTTON_RIGHT;
-  press.button.x = 10;
-  press.button.y = 20;
+  const SDL_Event press{
+      .button = {.type = SDL_MOUSEBUTTONDOWN, .button = SDL_BUTTON_RIGHT, .x = 10, .y = 20}};
   Dispatch(press);
-  SDL_Event move{};
-  move.type = SDL_MOUSEMOTION;
-  move.motion.x = 300;
-  move.motion.y = 2;
-  move.motion.state = SDL_BUTTON_LMASK;
-  Dispatch(move);
-  SDL_Event wheel{};
-  wheel.type = SDL_MOUSEWHEEL;
-  wheel.wheel.y = -2;
-  Dispatch(wheel);
-
+  Dispatch({.motion = {.type = SDL_MOUSEMOTION, .state = SDL_BUTTON_LMASK, .x = 300, .y = 2}});
+  Dispatch({.wheel = {.type = SDL_MOUSEWHEEL, .y = -2}});
   ASSERT_EQ(mouse.calls.size(), 3u);
   EXPECT_EQ(mouse.calls[0].code, 0x204u);
   EXPECT_EQ(mouse.calls[0].lParam, 10 | (20 << 16));
@@ -203,22 +138,15 @@ TEST_F(WindowProcedureTest, MouseEventsReachTheEnabledCallbackAsWindowMessages) 
   mouse.isEnabled = false;
   Dispatch(press);
   EXPECT_EQ(mouse.calls.size(), 3u);
-  EXPECT_TRUE(Take().empty());
+  EXPECT_TRUE(log.Take().empty());
 }
 
-TEST_F(WindowProcedureTest, CloseAndExitGameBothEndInTheQuitMessage) {
-  EXPECT_FALSE(Dispatch(WindowSdlEvent(SDL_WINDOWEVENT_CLOSE)));
+// ExitGameMSG takes the same way out; the frame loop's tests end the game with it.
+TEST_F(WindowProcedureTest, CloseEndsInTheQuitMessageAndKeysNeverBecomeMessages) {
+  EXPECT_FALSE(DispatchWindow(SDL_WINDOWEVENT_CLOSE));
   EXPECT_TRUE(window.Procedure(NextMeaningful()));
-
-  messages.Send("ExitGameMSG");
-  Take();
-  EXPECT_EQ(NextMeaningful().kind, WindowEventKind::kQuit);
-  // Keys never become messages.
-  SDL_Event key{};
-  key.type = SDL_KEYDOWN;
-  key.key.keysym.sym = SDLK_F12;
-  EXPECT_FALSE(Dispatch(key));
-  EXPECT_TRUE(Take().empty());
+  EXPECT_FALSE(Dispatch({.key = {.type = SDL_KEYDOWN, .keysym = {.sym = SDLK_F12}}}));
+  EXPECT_TRUE(log.Take().empty());
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace grindle {
 namespace {
 
-TEST(KeyInterner, HandsOutKeysInOrderOfFirstUse) {
+TEST(KeyInterner, HandsOutKeysInStepsOfSevenInOrderOfFirstUseAndTheThousandAndFirstWrapsToSix) {
   KeyInterner keys;
   EXPECT_EQ(keys.HashValue("First"), 7u);
   EXPECT_EQ(keys.HashValue("Second"), 14u);
@@ -17,11 +17,7 @@ TEST(KeyInterner, HandsOutKeysInOrderOfFirstUse) {
   EXPECT_EQ(keys.NextOpenHash(), 21);
   EXPECT_EQ(keys.NameOf(14), "Second");
   EXPECT_EQ(keys.NameOf(21), "");
-}
-
-TEST(KeyInterner, TheThousandAndFirstNameWrapsToSix) {
-  KeyInterner keys;
-  for (int i = 0; i < 1000; ++i) keys.HashValue("name" + std::to_string(i));
+  for (int i = 2; i < 1000; ++i) keys.HashValue("name" + std::to_string(i));
   EXPECT_EQ(keys.HashValue("name1000"), 6u);
   EXPECT_EQ(keys.HashValue("name1001"), 13u);
 }
@@ -31,7 +27,6 @@ TEST(KeyInterner, WellKnownNamesTakeTheFirstKeysInTableOrder) {
   for (size_t i = 0; i < kWellKnownKeyCount; ++i) {
     ASSERT_EQ(keys.HashValue(kWellKnownKeyNames[i]), 7u * (i + 1)) << kWellKnownKeyNames[i];
   }
-  EXPECT_EQ(kWellKnownKeyCount, 170u);
   EXPECT_NE(keys.HashValue("ViewX"), keys.HashValue("viewX"));
   EXPECT_STREQ(kWellKnownKeyNames[static_cast<size_t>(WellKnown::wMinute)], "wMinute");
 }
@@ -58,15 +53,13 @@ TEST(Database, AddFindAndTypeCodes) {
   db.Add<char>("Letter", 'x');
   db.Add<unsigned int>("Count", 4u);
 
-  EXPECT_EQ(db.GetEntryType("Speed"), 0u);
-  EXPECT_EQ(db.GetEntryType("Lives"), 1u);
-  EXPECT_EQ(db.GetEntryType("Title"), 2u);
-  EXPECT_EQ(db.GetEntryType("Flag"), 3u);
-  EXPECT_EQ(db.GetEntryType("Child"), 4u);
-  EXPECT_EQ(db.GetEntryType("Ratio"), 6u);
-  EXPECT_EQ(db.GetEntryType("Letter"), 6u);
-  EXPECT_EQ(db.GetEntryType("Count"), 6u);
-  EXPECT_EQ(db.GetEntryType("NeverAdded"), 7u);
+  // double, int, string, bool and database have codes of their own; other kinds 6, none 7.
+  std::string codes;
+  for (const char* name :
+       {"Speed", "Lives", "Title", "Flag", "Child", "Ratio", "Letter", "Count", "NeverAdded"}) {
+    codes += std::to_string(db.GetEntryType(name));
+  }
+  EXPECT_EQ(codes, "012346667");
 
   EXPECT_EQ(*db.Find<double>("Speed"), 2.5);
   EXPECT_EQ(*db.Find<std::string>("Title"), "Grindle");
@@ -76,29 +69,35 @@ TEST(Database, AddFindAndTypeCodes) {
   EXPECT_FALSE(db.Find<double>("NeverAdded"));
 }
 
-TEST(Database, ReAddingReplacesTheEntryAndListsTheNameTwice) {
+TEST(Database, ReAddingReplacesTheEntryAndListsTheNameTwiceRemovingKeepsTheName) {
   Database db;
   db.Add<int>("Value", 1);
   db.Add<std::string>("Value", "two");
   EXPECT_EQ(db.GetEntryType("Value"), 2u);
   EXPECT_EQ(*db.Find<std::string>("Value"), "two");
+  EXPECT_EQ(db.EntryCount(), 1u);
+  ASSERT_EQ(db.Records().size(), 2u);
+  EXPECT_EQ(db.Records()[1].name, "Value");
+  // The replaced entry's block goes back to its pool and may be reused at once; removing a later
+  // entry must still drop that entry's own record, not the stale one.
+  db.Add<int>("Gone", 3);
+  db.Remove("Gone");
   ASSERT_EQ(db.Records().size(), 2u);
   EXPECT_EQ(db.Records()[0].name, "Value");
   EXPECT_EQ(db.Records()[1].name, "Value");
-  EXPECT_EQ(db.EntryCount(), 1u);
-}
 
-TEST(Database, RemoveForgetsTheEntryButNotTheName) {
-  Database db;
-  db.Add<int>("Gone", 1);
-  db.Add<int>("Kept", 2);
+  Database other;
+  DataHandle<int> tracked = other.Add<int>("Gone", 1);
+  other.Add<int>("Kept", 2);
+  tracked.TrackEntry();
   const uint32_t key = HashValue("Gone");
-  db.Remove("Gone");
-  EXPECT_EQ(db.GetEntryType("Gone"), 7u);
-  ASSERT_EQ(db.Records().size(), 1u);
-  EXPECT_EQ(db.Records()[0].name, "Kept");
+  other.Remove("Gone");
+  EXPECT_FALSE(tracked);  // tracked handles are cleared with their entry
+  EXPECT_EQ(other.GetEntryType("Gone"), 7u);
+  ASSERT_EQ(other.Records().size(), 1u);
+  EXPECT_EQ(other.Records()[0].name, "Kept");
   EXPECT_EQ(HashValue("Gone"), key);
-  db.Remove("NotThere");
+  other.Remove("NotThere");
 }
 
 TEST(Database, CopiesAreDeepAndIndependent) {
@@ -125,13 +124,7 @@ TEST(Database, LookupAndInterningAreCounted) {
   EXPECT_EQ(Counters().hashCalls - before.hashCalls, 3u);  // twice in Add, once here
 }
 
-TEST(Database, PrintIndentsNestedDatabasesByTwoSpaces) {
-  Database root;
-  root.Add<Database>("S")->Add<int>("A", 5);
-  EXPECT_EQ(CaptureStdout([&] { root.Print(0); }), "Database (S) =\n  int (A) = 5\n");
-}
-
-TEST(Database, PrintLinesOfEveryKind) {
+TEST(Database, PrintLinesOfEveryKindWithNestedDatabasesIndentedByTwoSpaces) {
   auto printed = [](auto value) {
     Database db;
     db.Add<decltype(value)>("N", value);
@@ -143,15 +136,9 @@ TEST(Database, PrintLinesOfEveryKind) {
   EXPECT_EQ(printed(2.0f), "  float (N) = 2.000000\n");
   EXPECT_EQ(printed('q'), "  char (N) = q\n");
   EXPECT_EQ(printed(7u), "  unknown (N)\n");
-}
-
-TEST(Database, TrackedHandlesAreClearedWhenTheirEntryGoes) {
-  Database db;
-  DataHandle<int> handle = db.Add<int>("Tracked", 1);
-  handle.TrackEntry();
-  EXPECT_TRUE(handle);
-  db.Remove("Tracked");
-  EXPECT_FALSE(handle);
+  Database root;
+  root.Add<Database>("S")->Add<int>("A", 5);
+  EXPECT_EQ(CaptureStdout([&] { root.Print(0); }), "Database (S) =\n  int (A) = 5\n");
 }
 
 TEST(DatabaseDeathTest, DereferencingANullHandleStops) {
@@ -162,9 +149,9 @@ TEST(DatabaseDeathTest, DereferencingANullHandleStops) {
         StdoutToStderr();
         (void)*missing;
       },
-               "DETAILS: Attempt to dereference null data pointer(.|\n)*"
-               "The expression pData_ == NULL failed\\.\nIn file Core/Database\\.h\nAt line 157\n"
-               "Time & Date of occurence: ");
+      "DETAILS: Attempt to dereference null data pointer(.|\n)*"
+      "The expression pData_ == NULL failed\\.\nIn file Core/Database\\.h\nAt line 157\n"
+      "Time & Date of occurence: ");
 }
 
 }  // namespace

@@ -22,32 +22,29 @@ class MessageHandlerTest : public testing::Test {
   std::vector<std::string> calls;
 };
 
-TEST_F(MessageHandlerTest, QueuedMessagesWaitForDeliverAndKeepTheirOrder) {
+TEST_F(MessageHandlerTest, QueuedMessagesWaitForDeliverWhichTakesThemInOrderUpToItsLimit) {
   Record("A", "x");
   Record("B", "x");
   handler.Send("A");
   handler.Send("B");
+  handler.Send("A");
   EXPECT_TRUE(calls.empty());
-  handler.Deliver(MessageHandler::kDeliverAll);
+  handler.Deliver(0);
+  EXPECT_TRUE(calls.empty());
+  handler.Deliver(2);
   EXPECT_EQ(calls, (std::vector<std::string>{"x:A", "x:B"}));
+  EXPECT_EQ(handler.QueuedCount(), 1u);
+  handler.Deliver(MessageHandler::kDeliverAll);
+  EXPECT_EQ(calls.size(), 3u);
   EXPECT_EQ(handler.QueuedCount(), 0u);
 }
 
-TEST_F(MessageHandlerTest, ListenersRunInRegistrationOrder) {
+TEST_F(MessageHandlerTest, ImmediateSendsReachTheListenersAtOnceInRegistrationOrder) {
   Record("M", "first");
   Record("M", "second");
   handler.SendImmediate("M");
   EXPECT_EQ(calls, (std::vector<std::string>{"first:M", "second:M"}));
-}
-
-TEST_F(MessageHandlerTest, DeliverWithALimitDeliversThatMany) {
-  Record("M", "x");
-  for (int i = 0; i < 3; ++i) handler.Send("M");
-  handler.Deliver(1);
-  EXPECT_EQ(calls.size(), 1u);
-  EXPECT_EQ(handler.QueuedCount(), 2u);
-  handler.Deliver(0);
-  EXPECT_EQ(calls.size(), 1u);
+  EXPECT_EQ(handler.QueuedCount(), 0u);
 }
 
 TEST_F(MessageHandlerTest, AMessageNobodyHearsIsDroppedAndTheNextStillArrives) {
@@ -70,35 +67,20 @@ TEST_F(MessageHandlerTest, MessagesSentDuringDeliveryAreDeliveredInTheSameCall) 
   EXPECT_EQ(echoes, 3);
 }
 
-TEST_F(MessageHandlerTest, ImmediateSendsDoNotQueue) {
-  Record("Now", "x");
-  handler.SendImmediate("Now");
-  EXPECT_EQ(calls.size(), 1u);
-  EXPECT_EQ(handler.QueuedCount(), 0u);
-}
-
-TEST_F(MessageHandlerTest, ArgumentsArriveTypedAndInOrder) {
-  double number = 0;
-  std::string text;
-  uint32_t codes[3] = {};
+TEST_F(MessageHandlerTest, ArgumentsArriveTypedAndInOrderAndAreReleasedWhenDeliveryEnds) {
+  std::vector<uint32_t> codes;
   handler.Listen("PlaySong", "audio", [&](MessageArgs args) {
-    ASSERT_EQ(args.count, 3u);
-    for (uint32_t i = 0; i < 3; ++i) codes[i] = args.TypeCode(i);
-    number = *args.Get<double>(0);
-    text = *args.Get<std::string>(1);
+    for (uint32_t i = 0; i < args.count; ++i) codes.push_back(args.TypeCode(i));
+    EXPECT_EQ(*args.Get<double>(0), 0.5);
     EXPECT_EQ(args.Get<int>(0), nullptr);
+    EXPECT_EQ(*args.Get<std::string>(1), "MenuTheme");
     EXPECT_EQ(*args.Get<unsigned int>(2), 720u);
   });
   handler.SendArgs("PlaySong", 0.5, "MenuTheme", 720u);
   handler.Deliver(MessageHandler::kDeliverAll);
-  EXPECT_EQ(number, 0.5);
-  EXPECT_EQ(text, "MenuTheme");
-  EXPECT_EQ(codes[0], 0u);
-  EXPECT_EQ(codes[1], 2u);
-  EXPECT_EQ(codes[2], 7u);
-}
+  EXPECT_EQ(codes, (std::vector<uint32_t>{0, 2, 7}));
 
-TEST_F(MessageHandlerTest, ArgumentsAreReleasedWhenDeliveryEnds) {
+  // Also when nobody listens.
   handler.SendArgs("Nobody", 1.0, 2.0);
   MemoryManager* pool = CurrentMemoryRegistry().Find(sizeof(AbstractPointer<double>));
   ASSERT_NE(pool, nullptr);
@@ -107,27 +89,26 @@ TEST_F(MessageHandlerTest, ArgumentsAreReleasedWhenDeliveryEnds) {
   EXPECT_EQ(pool->BlocksInUse(), inUse - 2);
 }
 
-TEST_F(MessageHandlerTest, UnListenRemovesOnlyThatOwner) {
+TEST_F(MessageHandlerTest, UnListenRemovesOnlyThatOwnerEvenFromAListenerThatIsRunning) {
   Record("M", "a");
   Record("M", "b");
   handler.UnListen("M", "a");
   EXPECT_EQ(handler.ListenerCount("M"), 1u);
   handler.SendImmediate("M");
   EXPECT_EQ(calls, (std::vector<std::string>{"b:M"}));
-}
 
-TEST_F(MessageHandlerTest, ListenersMayListenAndUnlistenWhileTheyRun) {
-  handler.Listen("M", "self", [&](MessageArgs) {
+  calls.clear();
+  handler.Listen("N", "self", [&](MessageArgs) {
     calls.push_back("self");
-    handler.UnListen("M", "self");
-    handler.UnListen("M", "later");
-    Record("M", "added");
+    handler.UnListen("N", "self");
+    handler.UnListen("N", "later");
+    Record("N", "added");
   });
-  Record("M", "later");
-  handler.SendImmediate("M");
+  Record("N", "later");
+  handler.SendImmediate("N");
   EXPECT_EQ(calls, (std::vector<std::string>{"self"}));
-  handler.SendImmediate("M");
-  EXPECT_EQ(calls, (std::vector<std::string>{"self", "added:M"}));
+  handler.SendImmediate("N");
+  EXPECT_EQ(calls, (std::vector<std::string>{"self", "added:N"}));
 }
 
 TEST_F(MessageHandlerTest, ForwarderResendsUnderItsTargetName) {

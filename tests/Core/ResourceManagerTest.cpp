@@ -20,8 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-class CountingResource final : public MetaResource {
- public:
+// Declared before the manager in each test, so that it outlives the manager's list.
+struct CountingResource final : MetaResource {
   using MetaResource::MetaResource;
   void Reload() override { ++reloads; }
   int reloads = 0;
@@ -66,10 +66,10 @@ class ResourceManagerTest : public testing::Test {
 };
 
 TEST_F(ResourceManagerTest, ReloadsEachWrittenResourceOncePerFrameAndAnnouncesIt) {
-  ResourceManager manager(threads_, messages_, root_.string());
   CountingResource player("Scripts/Player.lua");
   CountingResource enemy("Scripts/Enemy.lua");
   CountingResource sentinel("Sentinel.txt");
+  ResourceManager manager(threads_, messages_, root_.string());
   manager.Register(&player);
   manager.Register(&enemy);
   manager.Register(&sentinel);
@@ -91,15 +91,12 @@ TEST_F(ResourceManagerTest, ReloadsEachWrittenResourceOncePerFrameAndAnnouncesIt
   messages_.Deliver(MessageHandler::kDeliverAll);
   EXPECT_EQ(player.reloads, 1);
   EXPECT_EQ(announced_.size(), 2u);
-  manager.Unregister(&player);
-  manager.Unregister(&enemy);
-  manager.Unregister(&sentinel);
 }
 
 TEST_F(ResourceManagerTest, WatchesFoldersCreatedAfterItStartedAndForgetsUnregisteredResources) {
-  ResourceManager manager(threads_, messages_, root_.string());
   CountingResource nested("Scripts/Levels/Boss.lua");
   CountingResource player("Scripts/Player.lua");
+  ResourceManager manager(threads_, messages_, root_.string());
   manager.Register(&nested);
   manager.Register(&player);
   manager.Unregister(&player);
@@ -116,7 +113,6 @@ TEST_F(ResourceManagerTest, WatchesFoldersCreatedAfterItStartedAndForgetsUnregis
 
   EXPECT_EQ(nested.reloads, 1);
   EXPECT_EQ(player.reloads, 0);
-  manager.Unregister(&nested);
 }
 
 TEST_F(ResourceManagerTest, DestructionWhileTheWatcherWaitsIsPrompt) {
@@ -128,9 +124,13 @@ TEST_F(ResourceManagerTest, DestructionWhileTheWatcherWaitsIsPrompt) {
   EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(100));
 
   // The worker it held is free again for other jobs.
-  static std::atomic<int> ran{0};
-  ASSERT_TRUE(threads_.AddJob([](uintptr_t) -> uint32_t { ran += 1; return 0; }, 0));
-  ASSERT_TRUE(threads_.AddJob([](uintptr_t) -> uint32_t { ran += 1; return 0; }, 0));
+  static std::atomic<int> ran;
+  ran = 0;
+  const auto count = [](uintptr_t) -> uint32_t {
+    ran += 1;
+    return 0;
+  };
+  for (int i = 0; i < 2; ++i) ASSERT_TRUE(threads_.AddJob(count, 0));
   threads_.WaitForAllJobs();
   EXPECT_EQ(ran.load(), 2);
 }

@@ -1,5 +1,3 @@
-#include "Core/ThreadManager.h"
-
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -9,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "Core/ThreadManager.h"
 #include "TestOutput.h"
 
 namespace grindle {
@@ -30,25 +29,19 @@ bool Eventually(F&& condition) {
 // Long enough for an idle worker to have taken a job, had it been able to.
 void GiveWorkersAChance() { std::this_thread::sleep_for(30ms); }
 
-struct Probe {
-  std::atomic<int> runs{0};
-  std::mutex mtxOrder;
-  std::vector<int> order;
-};
-
-struct TaggedJob {
-  Probe* probe;
-  int tag;
-};
+// The arguments of the recording jobs that ran, in the order they ran; each test starts afresh.
+std::mutex gRunMutex;
+std::vector<uintptr_t> gRuns;
 
 uint32_t RecordRun(uintptr_t argument) {
-  auto* job = reinterpret_cast<TaggedJob*>(argument);
-  {
-    std::lock_guard<std::mutex> lock(job->probe->mtxOrder);
-    job->probe->order.push_back(job->tag);
-  }
-  job->probe->runs.fetch_add(1);
+  std::lock_guard<std::mutex> lock(gRunMutex);
+  gRuns.push_back(argument);
   return 0;
+}
+
+size_t RunCount() {
+  std::lock_guard<std::mutex> lock(gRunMutex);
+  return gRuns.size();
 }
 
 uint32_t ReturnArgument(uintptr_t argument) { return static_cast<uint32_t>(argument); }
@@ -68,6 +61,11 @@ uint32_t WaitAtGate(uintptr_t argument) {
   return 0;
 }
 
+class ThreadManagerTest : public testing::Test {
+ protected:
+  ThreadManagerTest() { gRuns.clear(); }
+};
+
 TEST(BoundedSemaphoreTest, ReleasePastTheMaximumChangesNothing) {
   BoundedSemaphore semaphore(0, 3);
   EXPECT_TRUE(semaphore.Release(2));
@@ -80,26 +78,20 @@ TEST(BoundedSemaphoreTest, ReleasePastTheMaximumChangesNothing) {
   EXPECT_EQ(semaphore.Count(), 2);
 }
 
-TEST(ThreadManagerTest, PoolWithoutWorkersAcceptsJobsButNeverRunsThem) {
-  Probe probe;
-  TaggedJob job{&probe, 1};
+TEST_F(ThreadManagerTest, PoolWithoutWorkersAcceptsJobsButNeverRunsThem) {
   {
     ThreadManager pool(0, 10);
-    EXPECT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
-    EXPECT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
+    EXPECT_TRUE(pool.AddJob(RecordRun, 1));
+    EXPECT_TRUE(pool.AddJob(RecordRun, 2));
     GiveWorkersAChance();
     EXPECT_EQ(pool.QueuedJobCount(), 2u);
   }
-  EXPECT_EQ(probe.runs.load(), 0);
+  EXPECT_EQ(RunCount(), 0u);
 }
 
-TEST(ThreadManagerTest, OnlyNonZeroResultsAreRecordedWithTheirFunction) {
+TEST_F(ThreadManagerTest, OnlyNonZeroResultsAreRecordedWithTheirFunction) {
   ThreadManager pool(5, 10);
   ASSERT_TRUE(pool.AddJob(ReturnArgument, 0));
-  pool.WaitForAllJobs();
-  EXPECT_EQ(pool.ErrorCount(), 0u);
-  EXPECT_TRUE(pool.Errors().empty());
-
   ASSERT_TRUE(pool.AddJob(ReturnArgument, 7));
   ASSERT_TRUE(pool.AddJob(ReturnArgument, 0));
   pool.WaitForAllJobs();
@@ -110,7 +102,7 @@ TEST(ThreadManagerTest, OnlyNonZeroResultsAreRecordedWithTheirFunction) {
   EXPECT_EQ(errors[0].function, &ReturnArgument);
 }
 
-TEST(ThreadManagerTest, WaitForAllJobsWaitsForTheJobInHand) {
+TEST_F(ThreadManagerTest, WaitForAllJobsWaitsForTheJobInHand) {
   ThreadManager pool(5, 10);
   Gate gate;
   ASSERT_TRUE(pool.AddJob(WaitAtGate, reinterpret_cast<uintptr_t>(&gate)));
@@ -131,39 +123,34 @@ TEST(ThreadManagerTest, WaitForAllJobsWaitsForTheJobInHand) {
   EXPECT_TRUE(wasJobFinished.load());
 }
 
-TEST(ThreadManagerTest, JobsBeyondTheLimitWaitForALaterAddJob) {
-  Probe probe;
-  std::vector<TaggedJob> jobs;
-  for (int tag = 0; tag < 4; ++tag) jobs.push_back({&probe, tag});
+TEST_F(ThreadManagerTest, JobsBeyondTheLimitWaitForALaterAddJob) {
   Gate gate;
   ThreadManager pool(1, 2);
   ASSERT_TRUE(pool.AddJob(WaitAtGate, reinterpret_cast<uintptr_t>(&gate)));
   ASSERT_TRUE(Eventually([&] { return gate.isStarted.load(); }));
 
   // With the only worker busy, three signals are sent but the semaphore holds two.
-  for (int tag = 0; tag < 3; ++tag) pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&jobs[tag]));
+  for (uintptr_t job = 0; job < 3; ++job) pool.AddJob(RecordRun, job);
   gate.isOpen.store(true);
-  ASSERT_TRUE(Eventually([&] { return probe.runs.load() == 2; }));
+  ASSERT_TRUE(Eventually([&] { return RunCount() == 2; }));
   GiveWorkersAChance();
-  EXPECT_EQ(probe.runs.load(), 2);
+  EXPECT_EQ(RunCount(), 2u);
   EXPECT_EQ(pool.QueuedJobCount(), 1u);
 
   // The next signal lets the worker take the oldest waiting job, leaving the new one queued.
-  pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&jobs[3]));
-  ASSERT_TRUE(Eventually([&] { return probe.runs.load() == 3; }));
+  pool.AddJob(RecordRun, 3);
+  ASSERT_TRUE(Eventually([&] { return RunCount() == 3; }));
   GiveWorkersAChance();
   EXPECT_EQ(pool.QueuedJobCount(), 1u);
-  std::lock_guard<std::mutex> lock(probe.mtxOrder);
-  EXPECT_EQ(probe.order, (std::vector<int>{0, 1, 2}));
+  std::lock_guard<std::mutex> lock(gRunMutex);
+  EXPECT_EQ(gRuns, (std::vector<uintptr_t>{0, 1, 2}));
 }
 
-// Keeps offering jobs to its own pool until the pool refuses one.
+// Keeps offering recording jobs to its own pool until the pool refuses one.
 struct ShutdownWitness {
   ThreadManager* pool;
   std::atomic<bool> isStarted{false};
   std::atomic<bool> wasRefused{false};
-  Probe queued;
-  TaggedJob queuedJob{&queued, 0};
 };
 
 uint32_t AddJobsUntilRefused(uintptr_t argument) {
@@ -171,7 +158,7 @@ uint32_t AddJobsUntilRefused(uintptr_t argument) {
   witness->isStarted.store(true);
   auto deadline = std::chrono::steady_clock::now() + 5s;
   while (std::chrono::steady_clock::now() < deadline) {
-    if (!witness->pool->AddJob(RecordRun, reinterpret_cast<uintptr_t>(&witness->queuedJob))) {
+    if (!witness->pool->AddJob(RecordRun, 0)) {
       witness->wasRefused.store(true);
       return 0;
     }
@@ -180,7 +167,7 @@ uint32_t AddJobsUntilRefused(uintptr_t argument) {
   return 0;
 }
 
-TEST(ThreadManagerTest, ShutdownRefusesNewJobsAndDropsQueuedOnes) {
+TEST_F(ThreadManagerTest, ShutdownRefusesNewJobsAndDropsQueuedOnes) {
   ShutdownWitness witness;
   auto pool = std::make_unique<ThreadManager>(1, 1000000);
   witness.pool = pool.get();
@@ -188,20 +175,18 @@ TEST(ThreadManagerTest, ShutdownRefusesNewJobsAndDropsQueuedOnes) {
   ASSERT_TRUE(Eventually([&] { return witness.isStarted.load(); }));
   pool.reset();  // returns once the running job has seen a refusal and ended
   EXPECT_TRUE(witness.wasRefused.load());
-  EXPECT_EQ(witness.queued.runs.load(), 0);  // its one worker was busy; the queued jobs never ran
+  EXPECT_EQ(RunCount(), 0u);  // its one worker was busy; the queued jobs never ran
 }
 
-TEST(ThreadManagerTest, IdleWorkersEndWhenThePoolIsDestroyed) {
+TEST_F(ThreadManagerTest, IdleWorkersEndWhenThePoolIsDestroyed) {
   // Each pool must be torn down without hanging, including one with more workers than the job
   // limit, which the shutdown signal alone cannot wake.
-  Probe probe;
-  TaggedJob job{&probe, 0};
   for (auto [threads, limit] : {std::pair{5, 10}, std::pair{8, 2}, std::pair{1, 1}}) {
     ThreadManager pool(threads, limit);
-    ASSERT_TRUE(pool.AddJob(RecordRun, reinterpret_cast<uintptr_t>(&job)));
+    ASSERT_TRUE(pool.AddJob(RecordRun, 0));
     pool.WaitForAllJobs();
   }
-  EXPECT_EQ(probe.runs.load(), 3);
+  EXPECT_EQ(RunCount(), 3u);
 }
 
 TEST(ThreadManagerDeathTest, AJobLimitBelowOneGivesNoSemaphore) {

@@ -11,42 +11,25 @@
 namespace grindle {
 namespace {
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
 // Each report line: the colour, the verdict and the name, then the reset that the next line (or
 // the end of the output) begins with.
 std::string Passed(const std::string& name) { return "\033[92m[PASSED]" + name; }
 std::string Failed(const std::string& name) { return "\033[91m[FAILED]" + name; }
 
-int gCallsAfterFailure = 0;
-
 class ScriptedDriver : public UnitTestDriver {
  public:
   ScriptedDriver() {
     AddTest("fails_first", [] { return false; });
-    AddTest("passes_after", [] {
-      ++gCallsAfterFailure;
-      return true;
-    });
-    AddTest("fails_again", [] {
-      ++gCallsAfterFailure;
-      return false;
-    });
+    AddTest("passes_after", [] { return true; });
+    AddTest("fails_again", [] { return false; });
   }
 };
 
 TEST(UnitTestHarness, AFailureIsReportedAndTheRestOfTheDriverStillRuns) {
   ScriptedDriver driver;
-  gCallsAfterFailure = 0;
   bool result = true;
   const std::string output = CaptureStdout([&] { result = driver.RunAllTests(); });
   EXPECT_FALSE(result);
-  EXPECT_EQ(gCallsAfterFailure, 2);
   EXPECT_EQ(output, Failed("fails_first") + "\n\033[0m" + Passed("passes_after") + "\n\033[0m" +
                         Failed("fails_again") + "\n\033[0m");
 }
@@ -63,42 +46,24 @@ TEST(UnitTestHarness, EveryBuiltInTestPassesInItsFixedOrder) {
   UnitTestManager manager;
   std::vector<std::string> driverNames;
   for (const auto& [name, driver] : manager.Drivers()) driverNames.push_back(name);
-  EXPECT_EQ(driverNames, (std::vector<std::string>{
-                             "MemoryManagerUnitTestDriver", "ThreadManagerUnitTestDriver",
-                             "DatabaseUnitTestDriver", "ReflectionUnitTestDriver",
-                             "MessageUnitTestDriver"}));
+  EXPECT_EQ(driverNames,
+            (std::vector<std::string>{"MemoryManagerUnitTestDriver", "ThreadManagerUnitTestDriver",
+                                      "DatabaseUnitTestDriver", "ReflectionUnitTestDriver",
+                                      "MessageUnitTestDriver"}));
 
   bool result = false;
   const std::string output = CaptureStdout([&] { result = RunBuiltInUnitTests(); });
   EXPECT_TRUE(result) << output;
-  const std::vector<std::string> expected = {
-      "allocate_pod_mem_test",
-      "allocate_udt_mem_test",
-      "read_write_pod_mem_test",
-      "read_write_udt_mem_test",
-      "add_thread_job",
-      "add_thread_multi_job",
-      "database_add_default_pod",
-      "database_add_default_pod_twice",
-      "database_add_default_udt",
-      "database_add_default_udt_twice",
-      "database_add_copy_pod",
-      "database_add_copy_udt",
-      "database_add_remove_pod",
-      "database_add_remove_udt",
-      "meta_int_test",
-      "message_test_add_listener",
-      "message_test_call_function_one_arg",
-      "message_test_call_function_two_arg",
-      "message_test_call_function_three_arg",
-  };
-  ASSERT_GE(output.size(), 5u);
-  EXPECT_EQ(output.substr(output.size() - 5), "\n\033[0m");
-  const std::vector<std::string> lines = Lines(output.substr(0, output.size() - 4));
-  ASSERT_EQ(lines.size(), expected.size()) << output;
-  for (size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_EQ(lines[i], (i == 0 ? "" : "\033[0m") + Passed(expected[i]));
-  }
+  std::istringstream names(
+      "allocate_pod_mem_test allocate_udt_mem_test read_write_pod_mem_test read_write_udt_mem_test "
+      "add_thread_job add_thread_multi_job database_add_default_pod database_add_default_pod_twice "
+      "database_add_default_udt database_add_default_udt_twice database_add_copy_pod "
+      "database_add_copy_udt database_add_remove_pod database_add_remove_udt meta_int_test "
+      "message_test_add_listener message_test_call_function_one_arg "
+      "message_test_call_function_two_arg message_test_call_function_three_arg");
+  std::string expected;
+  for (std::string name; names >> name;) expected += Passed(name) + "\n\033[0m";
+  EXPECT_EQ(output, expected);
 }
 
 }  // namespace

@@ -39,22 +39,22 @@ TEST_F(EffectFileTest, TechniquesKeepFileOrderWithTheirPassesStatesAndDefines) {
             "pass B vertex=VS fragment=PS\n"
             "@technique First\npass Only vertex=VS fragment=PS\n"))
       << error_;
-  ASSERT_EQ(source_.techniques.size(), 2u);
-  EXPECT_EQ(source_.techniques[0].name, "Second");
-  EXPECT_EQ(source_.techniques[1].name, "First");
-  const auto& passes = source_.techniques[0].passes;
-  ASSERT_EQ(passes.size(), 2u);
-  EXPECT_EQ(passes[0].name, "A");
-  EXPECT_EQ(passes[0].defines, (std::vector<std::string>{"ONE", "TWO"}));
-  EXPECT_EQ(passes[0].rasterizer, 2);
-  EXPECT_EQ(passes[0].blend, 1);
-  EXPECT_EQ(passes[0].depthStencil, 0);
-  EXPECT_EQ(passes[1].name, "B");
-  EXPECT_EQ(passes[1].rasterizer, -1);
-  EXPECT_TRUE(passes[1].geometry.empty());
+  std::string listing;
+  for (const TechniqueSource& technique : source_.techniques) {
+    listing += technique.name + ":";
+    for (const PassSource& p : technique.passes) {
+      listing += " " + p.name + "(" + p.vertex + "," + p.geometry + "," + p.fragment;
+      for (const std::string& define : p.defines) listing += "+" + define;
+      listing += "," + std::to_string(p.rasterizer) + "," + std::to_string(p.blend) + "," +
+                 std::to_string(p.depthStencil) + ")";
+    }
+    listing += "\n";
+  }
+  EXPECT_EQ(listing,
+            "Second: A(VS,,PS+ONE+TWO,2,1,0) B(VS,,PS,-1,-1,-1)\nFirst: Only(VS,,PS,-1,-1,-1)\n");
 }
 
-TEST_F(EffectFileTest, AssembledStagesCarryDefinesAndTheLinesOfEveryFile) {
+TEST_F(EffectFileTest, AssembledStagesCarryDefinesAndTheLinesOfEveryFileThatLogsNameAgain) {
   includes_["Shared.fxh"] = "float Shared() { return 1.0; }\nfloat Other() { return 2.0; }\n";
   ASSERT_TRUE(
       Parse("@common\n"              // line 1
@@ -79,18 +79,16 @@ TEST_F(EffectFileTest, AssembledStagesCarryDefinesAndTheLinesOfEveryFile) {
             std::string::npos);
   EXPECT_NE(glsl.find("#line 6 0\nvoid main() {}\n"), std::string::npos);
   EXPECT_EQ(glsl.find("VERTEX_STAGE"), std::string::npos);
-}
-
-TEST_F(EffectFileTest, CompilerLogsNameTheFileOfEachLocation) {
-  const std::vector<std::string> files = {"shaders/basic.fx", "Lighting.fxh"};
-  EXPECT_EQ(
-      NameFilesInLog(files, "0:12(5): error: x undeclared\n1:40(2): warning: y\nplain line"),
-      "shaders/basic.fx:12(5): error: x undeclared\nLighting.fxh:40(2): warning: y\nplain line\n");
+  // Compiler logs give those file indices; each location names its file again.
+  EXPECT_EQ(NameFilesInLog(source_.files, "0:12(5): error: x\n1:40(2): warning: y\nplain line"),
+            "shaders/test.fx:12(5): error: x\nShared.fxh:40(2): warning: y\nplain line\n");
   // An index no file has is left as the compiler wrote it.
-  EXPECT_EQ(NameFilesInLog(files, "7:3(1): error"), "7:3(1): error\n");
+  EXPECT_EQ(NameFilesInLog(source_.files, "7:3(1): error"), "7:3(1): error\n");
 }
 
 TEST_F(EffectFileTest, MalformedFilesNameTheFileLineAndWhatWasExpected) {
+  includes_["Bad.fxh"] = "// fine\n@vertex\n";
+  includes_["Loop.fxh"] = "@include Loop.fxh\n";
   const struct {
     const char* text;
     const char* expected;
@@ -111,20 +109,14 @@ TEST_F(EffectFileTest, MalformedFilesNameTheFileLineAndWhatWasExpected) {
        "shaders/test.fx:1: expected @common, @vertex, @geometry, @fragment, @technique or "
        "@include"},
       {"@technique Empty\n", "shaders/test.fx: technique 'Empty' has no pass"},
+      // Errors inside an included file name that file.
+      {"@common\n@include Bad.fxh\n", "Bad.fxh:2: expected one name after @vertex"},
+      {"@include Loop.fxh\n", "Loop.fxh:1: includes nest too deeply"},
   };
   for (const auto& entry : cases) {
     EXPECT_FALSE(Parse(entry.text)) << entry.text;
     EXPECT_EQ(error_, entry.expected);
   }
-}
-
-TEST_F(EffectFileTest, ErrorsInsideAnIncludedFileNameThatFile) {
-  includes_["Bad.fxh"] = "// fine\n@vertex\n";
-  EXPECT_FALSE(Parse("@common\n@include Bad.fxh\n"));
-  EXPECT_EQ(error_, "Bad.fxh:2: expected one name after @vertex");
-  includes_["Loop.fxh"] = "@include Loop.fxh\n";
-  EXPECT_FALSE(Parse("@include Loop.fxh\n"));
-  EXPECT_EQ(error_, "Loop.fxh:1: includes nest too deeply");
 }
 
 }  // namespace

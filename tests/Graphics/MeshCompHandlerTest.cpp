@@ -1,17 +1,48 @@
-// Mesh components end to end: a level database built here, "msgLevelObjectCreated" and
-// "msgObjectDestroyed" sent through a real MessageHandler to the handler as the renderer forwards
-// them, the shared store behind a real OpenGL context (SDL offscreen), and the assertions.
+// Mesh components end to end through the renderer that owns their handler: levels built by hand,
+// their objects announced with "msgLevelObjectCreated" and "msgObjectDestroyed" as the level
+// manager sends them, the shared store behind the renderer's context (SDL offscreen, llvmpipe),
+// and the passes drawn with the scene effects from game/shaders: what reaches GL is counted with a
+// primitives-generated query, and the program left current shows which technique drew. The store
+// outlives tests run in one process, so indices are compared with each other, not with numbers.
+#include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/Effects/InputLayouts.h"
+#include "Graphics/MeshCompHandler.h"
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
-#include "MeshTestLevel.h"
-#include "TestOutput.h"
+#include "RendererFixture.h"
 
 namespace grindle::gfx {
 namespace {
 
-using MeshCompHandlerTest = MeshGlFixture;
+class MeshCompHandlerTest : public RendererFixture {
+ protected:
+  static MeshCompHandler& Handler() { return dynamic_cast<MeshCompHandler&>(*Renderer().Meshes()); }
+  static const MeshStore& Store() { return Handler().Store(); }
+  // An object with a Mesh component naming `fileName` (none when null, no Filename when empty).
+  static DataHandle<Database> AddObject(Database& level, const std::string& name,
+                                        const char* fileName) {
+    DataHandle<Database> object = level.Find<Database>("GameObjects")->Add<Database>(name);
+    if (fileName != nullptr) {
+      Database& mesh = *object->Add<Database>("Mesh");
+      if (*fileName != '\0') mesh.Add<std::string>("Filename", fileName);
+      mesh.Add<double>("HasTexture", 0.0);
+    }
+    return object;
+  }
+  void Announce(const DataHandle<Database>& object, const std::string& name) {
+    messages_.SendArgs("msgLevelObjectCreated", object, name,
+                       *root_.Find<std::string>("CurrentLevel"));
+    Deliver();
+  }
+  static Database& MeshList(Database& level) {
+    return *level.Find<Database>("ComponentLists")->Find<Database>("Meshes");
+  }
+  static int MeshIndexOf(const DataHandle<Database>& object) {
+    return *object->Find<Database>("Mesh")->Find<int>("MeshIndex");
+  }
+};
 
-TEST_F(MeshCompHandlerTest, ObjectsNamingOneMeshShareItsRecordAndIndex) {
+TEST_F(MeshCompHandlerTest, ObjectsNamingOneMeshShareItsRecordAndIndexAcrossLevels) {
   Database& level = AddLevel("Arena");
   const char* files[] = {"Box.mesh", "Box.mesh", "Sphere.mesh", "Box.mesh"};
   std::vector<DataHandle<Database>> objects;
@@ -19,20 +50,13 @@ TEST_F(MeshCompHandlerTest, ObjectsNamingOneMeshShareItsRecordAndIndex) {
     objects.push_back(AddObject(level, "Thing" + std::to_string(i), files[i]));
     Announce(objects.back(), "Thing" + std::to_string(i));
   }
-  EXPECT_EQ(MeshIndexOf(objects[0]), 0);
-  EXPECT_EQ(MeshIndexOf(objects[1]), 0);
-  EXPECT_EQ(MeshIndexOf(objects[2]), 1);
-  EXPECT_EQ(MeshIndexOf(objects[3]), 0);
-  const MeshStore& store = meshes_->Store();
-  ASSERT_EQ(store.Count(), 2u);
-  EXPECT_EQ(store.At(0).name, "Box.mesh");
-  EXPECT_EQ(store.At(1).name, "Sphere.mesh");
-  for (uint32_t i = 0; i < store.Count(); ++i) {
-    const MeshData generated = BuildPrimitive(store.At(i).name);
-    EXPECT_EQ(store.At(i).indexCount, generated.indices.size());
-    EXPECT_EQ(store.At(i).vertices.Size(), generated.vertices.size() * sizeof(GeneratedVertex));
-    EXPECT_NE(store.At(i).vertices.Id(), 0u);
-  }
+  const int box = MeshIndexOf(objects[0]), sphere = MeshIndexOf(objects[2]);
+  EXPECT_EQ(MeshIndexOf(objects[1]), box);
+  EXPECT_EQ(MeshIndexOf(objects[3]), box);
+  EXPECT_NE(sphere, box);
+  EXPECT_EQ(Store().At(box).name, "Box.mesh");
+  EXPECT_EQ(Store().At(sphere).name, "Sphere.mesh");
+  EXPECT_NE(Store().At(sphere).vertices.Id(), 0u);
   // Each object's list entry refers to its own Mesh component.
   Database& list = MeshList(level);
   ASSERT_EQ(list.Records().size(), 4u);
@@ -41,111 +65,159 @@ TEST_F(MeshCompHandlerTest, ObjectsNamingOneMeshShareItsRecordAndIndex) {
     ASSERT_TRUE(entry.IsValid());
     EXPECT_EQ(entry->Get(), objects[i]->Find<Database>("Mesh").Get());
   }
-}
 
-TEST_F(MeshCompHandlerTest, IndicesOutliveTheLevelThatCreatedThem) {
-  Database& first = AddLevel("First");
-  Announce(AddObject(first, "Crate", "Box.mesh"), "Crate");
-  Announce(AddObject(first, "Ball", "Sphere.mesh"), "Ball");
-  root_.Find<Database>("Levels")->Remove("First");
-
+  // The indices outlive the level that made them.
+  root_.Find<Database>("Levels")->Remove("Arena");
   Database& second = AddLevel("Second");
   const auto ball = AddObject(second, "Ball", "Sphere.mesh");
   const auto pillar = AddObject(second, "Pillar", "Cylinder.mesh");
   Announce(ball, "Ball");
   Announce(pillar, "Pillar");
-  EXPECT_EQ(MeshIndexOf(ball), 1);
-  EXPECT_EQ(MeshIndexOf(pillar), 2);
-  EXPECT_EQ(meshes_->Store().Count(), 3u);
+  EXPECT_EQ(MeshIndexOf(ball), sphere);
+  EXPECT_EQ(Store().At(MeshIndexOf(pillar)).name, "Cylinder.mesh");
 }
 
-TEST_F(MeshCompHandlerTest, ListingFollowsCreationReannouncementAndDestruction) {
+TEST_F(MeshCompHandlerTest, ListingFollowsLevelStartReannouncementAndDestruction) {
+  // Level start-up makes the list and registers the objects that carry a mesh, once.
   Database& level = AddLevel("Arena");
-  Announce(AddObject(level, "Scenery", nullptr), "Scenery");
-  EXPECT_EQ(MeshList(level).EntryCount(), 0u);
-
+  level.Remove("ComponentLists");
   const auto crate = AddObject(level, "Crate", "Grid.mesh");
-  Announce(crate, "Crate");
-  Announce(crate, "Crate");
-  // Announced twice, listed and indexed once.
-  EXPECT_EQ(MeshList(level).Records().size(), 1u);
-  EXPECT_EQ(crate->Find<Database>("Mesh")->Records().size(), 3u);
-
-  messages_.SendArgs("msgObjectDestroyed", root_.Find<Database>("Levels")->Find<Database>("Arena"),
-                     std::string("Crate"));
-  messages_.Deliver(MessageHandler::kDeliverAll);
-  EXPECT_EQ(MeshList(level).EntryCount(), 0u);
-  EXPECT_EQ(meshes_->Store().Count(), 1u) << "records outlive their objects";
-}
-
-TEST_F(MeshCompHandlerTest, LevelListsAreBuiltForObjectsNotYetListed) {
-  Database& level = AddLevel("Arena", false);
-  AddObject(level, "Crate", "Box.mesh");
   AddObject(level, "Marker", nullptr);
   const auto ball = AddObject(level, "Ball", "Sphere.mesh");
-  meshes_->BuildLevelLists(level);
+  Handler().BuildLevelLists(level);
+  Handler().BuildLevelLists(level);
   Database& list = MeshList(level);
   EXPECT_EQ(list.Records().size(), 2u);
   EXPECT_TRUE(list.FindEntry("Crate") != nullptr);
-  EXPECT_TRUE(list.FindEntry("Ball") != nullptr);
-  EXPECT_EQ(MeshIndexOf(ball), 1);
-
-  meshes_->BuildLevelLists(level);
+  EXPECT_EQ(Store().At(MeshIndexOf(ball)).name, "Sphere.mesh");
+  Announce(AddObject(level, "Scenery", nullptr), "Scenery");
+  Announce(crate, "Crate");
+  // Announced again, listed and indexed once.
   EXPECT_EQ(list.Records().size(), 2u);
+  EXPECT_EQ(crate->Find<Database>("Mesh")->Records().size(), 3u);
+  const size_t records = Store().Count();
+  messages_.SendArgs("msgObjectDestroyed", root_.Find<Database>("Levels")->Find<Database>("Arena"),
+                     std::string("Crate"));
+  Deliver();
+  EXPECT_EQ(list.EntryCount(), 1u);
+  EXPECT_EQ(list.FindEntry("Crate"), nullptr);
+  EXPECT_EQ(Store().Count(), records) << "records outlive their objects";
 }
 
-using MeshCompHandlerDeathTest = MeshLevelFixture;
+using MeshCompHandlerDeathTest = MeshCompHandlerTest;
 
 TEST_F(MeshCompHandlerDeathTest, RegistrationStopsOnMissingListOrFilenameOrUnknownMesh) {
-  Database& unlisted = AddLevel("Unlisted", false);
+  const auto expectStop = [this](const DataHandle<Database>& object, const std::string& name,
+                                 const char* pattern) {
+    EXPECT_DEATH(
+        {
+          StdoutToStderr();
+          Announce(object, name);
+        },
+        pattern);
+  };
+  Database& unlisted = AddLevel("Unlisted");
+  unlisted.Remove("ComponentLists");
   const auto crate = AddObject(unlisted, "Crate", "Box.mesh");
-  EXPECT_DEATH(
-      {
-        StdoutToStderr();
-        Announce(crate, "Crate");
-      },
-      "Um hello\\? component list much\\?(.|\n)*The expression !dhdCurrMeshList.IsValid\\(\\) "
-      "failed");
-
+  expectStop(crate, "Crate",
+             "Um hello\\? component list much\\?(.|\n)*The expression "
+             "!dhdCurrMeshList.IsValid\\(\\) failed");
   root_.Add<std::string>("CurrentLevel", "Elsewhere");
-  EXPECT_DEATH(
-      {
-        StdoutToStderr();
-        Announce(crate, "Crate");
-      },
-      "Um hello\\? component list much\\?");
-
+  expectStop(crate, "Crate", "Um hello\\? component list much\\?");
   Database& level = AddLevel("Arena");
-  const auto nameless = AddObject(level, "Nameless", "");
-  EXPECT_DEATH(
-      {
-        StdoutToStderr();
-        Announce(nameless, "Nameless");
-      },
-      "All meshes must contain a database entry called 'Filename'");
-
-  const auto teapot = AddObject(level, "Teapot", "Teapot.mesh");
-  EXPECT_DEATH(
-      {
-        StdoutToStderr();
-        Announce(teapot, "Teapot");
-      },
-      "you can only allocate a grid!");
-}
-
-// Drawing takes the renderer's texture store, so this one runs with the GL context.
-using MeshCompHandlerGlDeathTest = MeshCompHandlerTest;
-
-TEST_F(MeshCompHandlerGlDeathTest, DrawingWithoutACurrentLevelStops) {
-  AddLevel("Arena");
+  expectStop(AddObject(level, "Nameless", ""), "Nameless",
+             "All meshes must contain a database entry called 'Filename'");
+  expectStop(AddObject(level, "Teapot", "Teapot.mesh"), "Teapot", "you can only allocate a grid!");
   root_.Add<std::string>("CurrentLevel", "Gone");
-  TextureStore textures("Asphalt.jpg");
   EXPECT_DEATH(
       {
         StdoutToStderr();
-        meshes_->Draw(false, glm::mat4(1.0f), textures);
+        Handler().Draw(false, glm::mat4(1.0f), Renderer().Textures());
       },
       "Current level not found(.|\n)*The expression !dhCurLevel.IsValid\\(\\) failed");
+}
+
+template <class Body>
+GLuint PrimitivesDrawnBy(Body&& body) {
+  GLuint query = 0, primitives = 0;
+  glGenQueries(1, &query);
+  glBeginQuery(GL_PRIMITIVES_GENERATED, query);
+  body();
+  glEndQuery(GL_PRIMITIVES_GENERATED);
+  glGetQueryObjectuiv(query, GL_QUERY_RESULT, &primitives);
+  glDeleteQueries(1, &query);
+  return primitives;
+}
+
+uint32_t Triangles(const char* fileName) {
+  return static_cast<uint32_t>(BuildPrimitive(fileName).indices.size() / 3);
+}
+
+TEST_F(MeshCompHandlerTest, EachPassDrawsItsListedObjectsWithTheTechniqueOfTheirMaps) {
+  Database& level = AddLevel("Arena");
+  Database& lamp = AddMeshObject(level, "Lamp", "Box.mesh", {}, {1, 1, 1}, glm::vec4(0.5f));
+  Database& glow = *lamp.Add<Database>("Glow");
+  for (const char* channel : {"r", "g", "b"}) glow.Add<double>(channel, 0.5);
+  Database& mesh = *lamp.Find<Database>("Mesh");
+  *mesh.Find<double>("HasTexture") = 1.0;
+  for (const char* map : {"Specular", "Normal"}) {
+    mesh.Add<double>(std::string("Has") + map + "Map", 1.0);
+    mesh.Add<std::string>(std::string(map) + "MapName", std::string("NoLamp") + map + ".png");
+  }
+  mesh.Add<std::string>("TextureName", "NoLamp.png");
+  AddMeshObject(level, "Ball", "Sphere.mesh", {}, {1, 1, 1}, glm::vec4(0.5f))
+      .Add<double>("IgnoreShadows", 1.0);
+  StartLevel("Arena");
+  const uint32_t box = Triangles("Box.mesh"), ball = Triangles("Sphere.mesh");
+  BasicEffect& basic = *Effects().basic;
+  const TechniqueHandle lampTechnique = basic.Tech(LitTech::D3D10_Tex_Spec_Norm);
+  const TechniqueHandle ballTechnique = basic.Tech(LitTech::D3D10_NoTextures);
+  const uint32_t lampPasses = basic.PassCount(lampTechnique);
+  const uint32_t ballPasses = basic.PassCount(ballTechnique);
+  ASSERT_GT(lampPasses * ballPasses, 0u);
+  TextureStore& textures = Renderer().Textures();
+  const auto drawnByLitOrGlowPass = [&](bool glowPass) {
+    return PrimitivesDrawnBy([&] { Handler().Draw(glowPass, glm::mat4(1.0f), textures); });
+  };
+  const std::string printed = CaptureStdout([&] {
+    for (int frame = 0; frame < 3; ++frame) {
+      EXPECT_EQ(drawnByLitOrGlowPass(false), box * lampPasses + ball * ballPasses);
+    }
+  });
+  // The ball, listed last, drew last.
+  GLint current = 0;
+  glGetIntegerv(GL_CURRENT_PROGRAM, &current);
+  EXPECT_EQ(static_cast<GLuint>(current), basic.PassProgram(ballTechnique, ballPasses - 1));
+  // Each missing map warned about once, however often it is drawn, and drawn with the default.
+  std::string expected;
+  for (const char* name : {"NoLamp.png", "NoLampNormal.png", "NoLampSpecular.png"}) {
+    expected += "Texture Assets/Textures/" + std::string(name) +
+                " could not be loaded (can't fopen); using Asphalt.jpg instead\n";
+  }
+  EXPECT_EQ(printed, expected);
+  EXPECT_EQ(textures.Find("NoLampNormal.png"), textures.DefaultTexture());
+  EXPECT_NE(textures.Find("Crate.png"), textures.DefaultTexture());
+
+  RenderGlowMapEffect& glowMap = *Effects().glowMap;
+  const uint32_t glowPasses = glowMap.PassCount(glowMap.Tech(GlowTech::D3D10_NonSkinnedTech));
+  ASSERT_GT(glowPasses, 0u);
+  EXPECT_EQ(drawnByLitOrGlowPass(true), box * glowPasses);
+  BuildShadowMapEffect& shadow = *Effects().shadowMap;
+  const uint32_t shadowPasses = shadow.PassCount(shadow.Tech(ShadowTech::BuildShadowMapTech));
+  ASSERT_GT(shadowPasses, 0u);
+  // Objects that ignore shadows still cast them.
+  EXPECT_EQ(PrimitivesDrawnBy([&] { Handler().DrawShadowCasters(glm::mat4(1.0f)); }),
+            (box + ball) * shadowPasses);
+  ColorEffect& colour = *Effects().color;
+  const uint32_t colourPasses = colour.PassCount(colour.Tech(ColorTech::ColorTech));
+  ASSERT_GT(colourPasses, 0u);
+  SetInputLayout(LayoutKind::kPosColor);
+  SetTopology(Topology::kLineStrip);
+  const GLuint segments = PrimitivesDrawnBy([&] { Handler().DrawDebugLines(glm::mat4(1.0f)); });
+  SetTopology(Topology::kTriangleList);
+  // One strip through the debug box's indices per object.
+  EXPECT_EQ(segments, 2 * (BuildDebugMesh().indices.size() - 1) * colourPasses);
+  EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
-// The generated primitives: sizes that follow from their parameters, unit normals and tangents,
-// outward winding, tangents along u, bounds, and the names a level may use.
+// The generated primitives, as levels name them and with other arguments: unit normals and
+// tangents, outward winding, tangents along u, vertices on the shape's surface and its size.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <functional>
 #include <glm/geometric.hpp>
 
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
@@ -13,27 +15,6 @@ namespace {
 
 constexpr float kTolerance = 1e-4f;
 
-struct Bounds {
-  glm::vec3 min{1e9f}, max{-1e9f};
-};
-
-Bounds BoundsOf(const MeshData& mesh) {
-  Bounds b;
-  for (const GeneratedVertex& v : mesh.vertices) {
-    b.min = glm::min(b.min, v.position);
-    b.max = glm::max(b.max, v.position);
-  }
-  return b;
-}
-
-void ExpectBounds(const MeshData& mesh, const glm::vec3& halfExtents) {
-  const Bounds b = BoundsOf(mesh);
-  for (int axis = 0; axis < 3; ++axis) {
-    EXPECT_NEAR(b.min[axis], -halfExtents[axis], kTolerance) << "axis " << axis;
-    EXPECT_NEAR(b.max[axis], halfExtents[axis], kTolerance) << "axis " << axis;
-  }
-}
-
 // What every generator promises, whatever its shape.
 void ExpectWellFormed(const MeshData& mesh) {
   ASSERT_EQ(mesh.indices.size() % 3, 0u);
@@ -42,10 +23,8 @@ void ExpectWellFormed(const MeshData& mesh) {
     EXPECT_NEAR(glm::length(v.normal), 1.0f, kTolerance);
     EXPECT_NEAR(glm::length(v.tangent), 1.0f, kTolerance);
     EXPECT_NEAR(glm::dot(v.normal, v.tangent), 0.0f, kTolerance);
-    EXPECT_GE(v.texCoord.x, 0.0f);
-    EXPECT_LE(v.texCoord.x, 1.0f);
-    EXPECT_GE(v.texCoord.y, 0.0f);
-    EXPECT_LE(v.texCoord.y, 1.0f);
+    EXPECT_TRUE(glm::all(glm::greaterThanEqual(v.texCoord, glm::vec2(0.0f))));
+    EXPECT_TRUE(glm::all(glm::lessThanEqual(v.texCoord, glm::vec2(1.0f))));
   }
   int inward = 0, againstU = 0;
   for (size_t i = 0; i < mesh.indices.size(); i += 3) {
@@ -69,94 +48,70 @@ void ExpectWellFormed(const MeshData& mesh) {
   EXPECT_EQ(againstU, 0) << "triangles whose tangents oppose u";
 }
 
-TEST(MeshPrimitiveTest, GridSpansItsSizeInTheXZPlane) {
-  for (const auto& [rows, columns] : {std::pair{2u, 2u}, std::pair{3u, 5u}}) {
-    SCOPED_TRACE(testing::Message() << rows << "x" << columns);
-    const MeshData grid = CreateGrid(4.0f, 2.0f, rows, columns);
-    ExpectWellFormed(grid);
-    EXPECT_EQ(grid.vertices.size(), rows * columns);
-    EXPECT_EQ(grid.indices.size(), (rows - 1) * (columns - 1) * 6);
-    ExpectBounds(grid, {2.0f, 0.0f, 1.0f});
-    for (const GeneratedVertex& v : grid.vertices) EXPECT_EQ(v.normal, glm::vec3(0, 1, 0));
-  }
+// How far a vertex is from where its shape puts it (position and normal).
+using OffSurface = std::function<float(const GeneratedVertex&)>;
+OffSurface Flat() {
+  return [](const GeneratedVertex& v) {
+    return std::abs(v.position.y) + glm::distance(v.normal, {0, 1, 0});
+  };
+}
+OffSurface BoxFaces(const glm::vec3& half) {
+  return [half](const GeneratedVertex& v) {
+    return std::abs(glm::dot(v.position, v.normal) - glm::dot(glm::abs(v.normal), half));
+  };
+}
+OffSurface Sphere(float radius) {
+  return [radius](const GeneratedVertex& v) {
+    return std::abs(glm::length(v.position) - radius) +
+           glm::distance(v.position / radius, v.normal);
+  };
+}
+// The side's vertices (not facing straight up or down) on the wall slanting from bottom to top.
+OffSurface Wall(float bottom, float top, float height) {
+  return [=](const GeneratedVertex& v) {
+    if (std::abs(v.normal.y) == 1.0f) return 0.0f;
+    const float along = v.position.y / height + 0.5f;
+    return std::abs(glm::length(glm::vec2(v.position.x, v.position.z)) -
+                    (bottom + (top - bottom) * along));
+  };
 }
 
-TEST(MeshPrimitiveTest, BoxHasFlatFacesOfFourVertices) {
-  const MeshData box = CreateBox(2.0f, 4.0f, 6.0f);
-  ExpectWellFormed(box);
-  EXPECT_EQ(box.vertices.size(), 24u);
-  EXPECT_EQ(box.indices.size(), 36u);
-  ExpectBounds(box, {1.0f, 2.0f, 3.0f});
-  // Each face's vertices lie on the plane its normal points out of.
-  for (const GeneratedVertex& v : box.vertices) {
-    const float extent = glm::dot(glm::abs(v.normal), glm::vec3(1.0f, 2.0f, 3.0f));
-    EXPECT_NEAR(glm::dot(v.position, v.normal), extent, kTolerance);
-  }
-}
-
-TEST(MeshPrimitiveTest, SphereVerticesLieOnItsSurface) {
-  for (const auto& [radius, slices, stacks] :
-       {std::tuple{1.0f, 20u, 20u}, std::tuple{3.0f, 7u, 2u}, std::tuple{20.0f, 30u, 30u}}) {
-    SCOPED_TRACE(testing::Message() << radius << " " << slices << " " << stacks);
-    const MeshData sphere = CreateSphere(radius, slices, stacks);
-    ExpectWellFormed(sphere);
-    EXPECT_EQ(sphere.vertices.size(), (stacks - 1) * (slices + 1) + 2);
-    EXPECT_EQ(sphere.indices.size(), 6 * slices * (stacks - 1));
-    for (const GeneratedVertex& v : sphere.vertices) {
-      EXPECT_NEAR(glm::length(v.position), radius, radius * kTolerance);
-      EXPECT_LT(glm::distance(v.position / radius, v.normal), kTolerance);
+TEST(MeshPrimitiveTest, ShapesAreWellFormedWithTheirVerticesOnTheirSurfaceAndTheirSize) {
+  const struct {
+    const char* label;
+    MeshData mesh;
+    float halfHeight, widest;  // the widest distance from the y axis
+    OffSurface offSurface;
+  } shapes[] = {
+      {"Grid.mesh", BuildPrimitive("Grid.mesh"), 0.0f, std::sqrt(0.5f), Flat()},
+      {"grid 4x2, 3 rows 5 columns", CreateGrid(4.0f, 2.0f, 3, 5), 0.0f, std::sqrt(5.0f), Flat()},
+      {"Box.mesh", BuildPrimitive("Box.mesh"), 0.5f, std::sqrt(0.5f), BoxFaces(glm::vec3(0.5f))},
+      {"box 2x4x6", CreateBox(2.0f, 4.0f, 6.0f), 2.0f, std::sqrt(10.0f), BoxFaces({1, 2, 3})},
+      {"Sphere.mesh", BuildPrimitive("Sphere.mesh"), 1.0f, 1.0f, Sphere(1.0f)},
+      {"CubeMap.mesh", BuildPrimitive("CubeMap.mesh"), 20.0f, 20.0f, Sphere(20.0f)},
+      {"sphere of 7 slices, 2 stacks", CreateSphere(3.0f, 7, 2), 3.0f, 3.0f, Sphere(3.0f)},
+      {"Cylinder.mesh", BuildPrimitive("Cylinder.mesh"), 0.5f, 1.0f, Wall(1.0f, 1.0f, 1.0f)},
+      {"cone of 3 stacks", CreateCylinder(2.0f, 0.5f, 4.0f, 12, 3), 2.0f, 2.0f,
+       Wall(2.0f, 0.5f, 4.0f)},
+  };
+  for (const auto& shape : shapes) {
+    SCOPED_TRACE(shape.label);
+    ExpectWellFormed(shape.mesh);
+    float top = -1e9f, bottom = 1e9f, widest = 0.0f, worst = 0.0f;
+    for (const GeneratedVertex& v : shape.mesh.vertices) {
+      top = std::max(top, v.position.y);
+      bottom = std::min(bottom, v.position.y);
+      widest = std::max(widest, glm::length(glm::vec2(v.position.x, v.position.z)));
+      worst = std::max(worst, shape.offSurface(v));
     }
-    EXPECT_NEAR(BoundsOf(sphere).max.y, radius, kTolerance);
-    EXPECT_NEAR(BoundsOf(sphere).min.y, -radius, kTolerance);
+    EXPECT_NEAR(top, shape.halfHeight, kTolerance);
+    EXPECT_NEAR(bottom, -shape.halfHeight, kTolerance);
+    EXPECT_NEAR(widest, shape.widest, kTolerance);
+    EXPECT_LT(worst, kTolerance * shape.widest);
   }
 }
 
-TEST(MeshPrimitiveTest, CylinderSideKeepsItsRadiiAndCapsCloseIt) {
-  for (const auto& [bottom, top, stacks] :
-       {std::tuple{1.0f, 1.0f, 1u}, std::tuple{2.0f, 0.5f, 3u}}) {
-    SCOPED_TRACE(testing::Message() << bottom << " " << top << " " << stacks);
-    const uint32_t slices = 12;
-    const MeshData cylinder = CreateCylinder(bottom, top, 4.0f, slices, stacks);
-    ExpectWellFormed(cylinder);
-    EXPECT_EQ(cylinder.vertices.size(), (stacks + 1) * (slices + 1) + 2 * (slices + 2));
-    EXPECT_EQ(cylinder.indices.size(), 6 * slices * stacks + 6 * slices);
-    const Bounds b = BoundsOf(cylinder);
-    EXPECT_NEAR(b.min.y, -2.0f, kTolerance);
-    EXPECT_NEAR(b.max.y, 2.0f, kTolerance);
-    EXPECT_NEAR(b.max.x, std::max(bottom, top), kTolerance);
-    for (const GeneratedVertex& v : cylinder.vertices) {
-      const float along = (v.position.y + 2.0f) / 4.0f;
-      const float radius = glm::length(glm::vec2(v.position.x, v.position.z));
-      // Side vertices sit on the slanted wall; cap vertices on it or at the centre of a cap.
-      const bool isCap = std::abs(v.normal.y) == 1.0f;
-      if (!isCap) {
-        EXPECT_NEAR(radius, bottom + (top - bottom) * along, kTolerance);
-      }
-    }
-  }
-}
-
-TEST(MeshPrimitiveTest, NamedPrimitivesUseTheirFixedArguments) {
-  ExpectBounds(BuildPrimitive("Grid.mesh"), {0.5f, 0.0f, 0.5f});
-  EXPECT_EQ(BuildPrimitive("Grid.mesh").vertices.size(), 4u);
-  ExpectBounds(BuildPrimitive("Box.mesh"), {0.5f, 0.5f, 0.5f});
-  const MeshData sphere = BuildPrimitive("Sphere.mesh");
-  EXPECT_EQ(sphere.vertices.size(), CreateSphere(1.0f, 20, 20).vertices.size());
-  ExpectBounds(sphere, {1.0f, 1.0f, 1.0f});
-  const MeshData sky = BuildPrimitive("CubeMap.mesh");
-  EXPECT_EQ(sky.indices.size(), CreateSphere(20.0f, 30, 30).indices.size());
-  EXPECT_NEAR(BoundsOf(sky).max.y, 20.0f, kTolerance);
-  const MeshData cylinder = BuildPrimitive("Cylinder.mesh");
-  EXPECT_EQ(cylinder.indices.size(), CreateCylinder(1.0f, 1.0f, 1.0f, 30, 1).indices.size());
-  EXPECT_NEAR(BoundsOf(cylinder).max.y, 0.5f, kTolerance);
-  float widest = 0.0f;
-  for (const GeneratedVertex& v : cylinder.vertices) {
-    widest = std::max(widest, glm::length(glm::vec2(v.position.x, v.position.z)));
-  }
-  EXPECT_NEAR(widest, 1.0f, kTolerance);
-}
-
-TEST(MeshPrimitiveTest, DebugMeshIsATranslucentGreenBoxOfSizeTwo) {
+TEST(MeshPrimitiveTest, TheDebugMeshIsATranslucentGreenBoxOfSizeTwo) {
   const DebugMeshData debug = BuildDebugMesh();
   const MeshData box = CreateBox(2.0f, 2.0f, 2.0f);
   ASSERT_EQ(debug.vertices.size(), box.vertices.size());

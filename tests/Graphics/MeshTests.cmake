@@ -3,7 +3,6 @@ grindle_add_tests(mesh_tests
   ${CMAKE_CURRENT_LIST_DIR}/MeshCompHandlerTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MeshDrawInputsTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MeshListTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/MeshPassTest.cpp
   ${CMAKE_CURRENT_LIST_DIR}/MeshPrimitiveTest.cpp
 )
 target_link_libraries(mesh_tests PRIVATE grindle_graphics)

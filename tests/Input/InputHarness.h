@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
@@ -30,10 +31,10 @@ class InputHarness : public testing::Test {
 
   // Update then deliver, as one pass of the frame loop does; returns what went out.
   SentPayloads Frame();
-  void Activate() { Send("WindowActivated"); }
-  void Deactivate() { Send("WindowDeactivated"); }
-  void Send(const char* message);
-
+  void Activate(bool isActive = true) {
+    handler_.Send(isActive ? "WindowActivated" : "WindowDeactivated");
+    handler_.Deliver(MessageHandler::kDeliverAll);
+  }
   static void SetKey(SDL_Scancode scancode, bool down);
   // Hands a window message to whatever the root holds under MouseInputFunction.
   void WindowMessage(uint32_t code, uint64_t wParam, int64_t lParam);
@@ -41,8 +42,6 @@ class InputHarness : public testing::Test {
   Database root_;
   MessageHandler handler_;
   InputInterface input_;
-
- private:
   SentPayloads sent_;
 };
 
@@ -50,26 +49,25 @@ class InputHarness : public testing::Test {
 // names them; the mapping translates to the joystick's own indices.
 class VirtualPad {
  public:
-  enum class Mapping { kAdded, kLeftOut };
-  explicit VirtualPad(Mapping mapping = Mapping::kAdded);
-  ~VirtualPad();
+  // A pad left out of SDL's mappings is no game controller until a mapping file names it.
+  explicit VirtualPad(bool isMapped = true);
+  ~VirtualPad() { Unplug(); }
   VirtualPad(const VirtualPad&) = delete;
   VirtualPad& operator=(const VirtualPad&) = delete;
 
-  void Press(SDL_GameControllerButton button, bool down = true);
-  void SetAxis(SDL_GameControllerAxis axis, int16_t value);
+  void Press(SDL_GameControllerButton button, bool down = true) {
+    SDL_JoystickSetVirtualButton(pJoystick_, button, down ? 1 : 0);
+  }
+  void SetAxis(SDL_GameControllerAxis axis, int16_t value) {
+    SDL_JoystickSetVirtualAxis(pJoystick_, axis, value);
+  }
   void Unplug();
-  // The mapping line a gamecontrollerdb.txt would hold for this pad.
-  const std::string& MappingLine() const { return sMapping_; }
 
-  int rumbleCalls = 0;
-  uint16_t lowMotor = 0;
-  uint16_t highMotor = 0;
+  std::string mapping;                   // the line a gamecontrollerdb.txt would hold for this pad
+  std::pair<uint16_t, uint16_t> motors;  // low and high speed of the last rumble
 
  private:
-  static int Rumble(void* self, Uint16 low, Uint16 high);
   SDL_Joystick* pJoystick_ = nullptr;
-  std::string sMapping_;
 };
 
 }  // namespace grindle::test

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Core/Database.h"
@@ -18,16 +18,28 @@
 #include "Physics/PhysicsLibraryInterface.h"
 #include "TestOutput.h"
 
+inline void PrintTo(const btVector3& v, std::ostream* os) {
+  *os << "(" << v.x() << ", " << v.y() << ", " << v.z() << ")";
+}
+
 namespace grindle {
 
-struct BoxSpec {
+inline testing::AssertionResult Near(const btVector3& a, const btVector3& b,
+                                     float tolerance = 1e-5f) {
+  if ((a - b).length() <= tolerance) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << testing::PrintToString(a) << " is further than "
+                                     << tolerance << " from " << testing::PrintToString(b);
+}
+
+struct BoxSetup {
   btVector3 position{0, 0, 0};
-  btVector3 scale{1, 1, 1};  // Scale, with ShapeScale 0.5: half extents = scale / 2
+  // With the ShapeScale 0.5 every object is given: twice the half extents.
+  btVector3 scale{1, 1, 1};
   btVector3 offset{0, 0, 0};
   double rotationY = 0.0;
   bool isStatic = false;
-  std::optional<double> restitution;
-  std::optional<double> gravityFactor;
+  std::optional<double> restitution{};
+  std::optional<double> gravityFactor{};
 };
 
 struct Collision {
@@ -36,6 +48,9 @@ struct Collision {
   std::string second;
   bool operator==(const Collision&) const = default;
 };
+
+inline constexpr float kFrameSeconds = 4.0f / 60.0f;
+inline constexpr float kGravity = 15.0f;
 
 class PhysicsTest : public testing::Test {
  protected:
@@ -64,7 +79,7 @@ class PhysicsTest : public testing::Test {
   }
 
   void TearDown() override {
-    lifeCycle_ += CaptureStdout([&] {
+    CaptureStdout([&] {
       system_.Exit();
       system_.Unload();
     });
@@ -75,29 +90,25 @@ class PhysicsTest : public testing::Test {
     DataHandle<Database> levelDb = levels.Find<Database>(level);
     if (!levelDb) levelDb = levels.Add<Database>(level);
     DataHandle<Database> objects = levelDb->Find<Database>("GameObjects");
-    if (!objects) objects = levelDb->Add<Database>("GameObjects");
-    return *objects;
+    return objects ? *objects : *levelDb->Add<Database>("GameObjects");
   }
 
-  Database& MakeObject(const std::string& name, const BoxSpec& spec,
+  Database& MakeObject(const std::string& name, const BoxSetup& box,
                        const std::string& level = kLevel) {
     Database& object = *Objects(level).Add<Database>(name);
     Database& transform = *object.Add<Database>("Transform");
-    transform.Add<double>("PositionX", spec.position.x());
-    transform.Add<double>("PositionY", spec.position.y());
-    transform.Add<double>("PositionZ", spec.position.z());
-    transform.Add<double>("RotationX", 0.0);
-    transform.Add<double>("RotationY", spec.rotationY);
-    transform.Add<double>("RotationZ", 0.0);
-    transform.Add<Vector4>("Scale", Vector4{spec.scale.x(), spec.scale.y(), spec.scale.z(), 0});
     Database& body = *object.Add<Database>("Body");
+    for (int i = 0; i < 3; ++i) {
+      const std::string axis(1, "XYZ"[i]);
+      transform.Add<double>("Position" + axis, box.position[i]);
+      body.Add<double>("ShapeOffset" + axis, box.offset[i]);
+    }
+    transform.Add<double>("RotationY", box.rotationY);
+    transform.Add<Vector4>("Scale", Vector4{box.scale.x(), box.scale.y(), box.scale.z(), 0});
     body.Add<Vector4>("ShapeScale", Vector4{0.5f, 0.5f, 0.5f, 0});
-    body.Add<double>("ShapeOffsetX", spec.offset.x());
-    body.Add<double>("ShapeOffsetY", spec.offset.y());
-    body.Add<double>("ShapeOffsetZ", spec.offset.z());
-    body.Add<int>("Static", spec.isStatic ? 1 : 0);
-    if (spec.restitution) body.Add<double>("Restitution", *spec.restitution);
-    if (spec.gravityFactor) body.Add<double>("GravityFactor", *spec.gravityFactor);
+    body.Add<int>("Static", box.isStatic ? 1 : 0);
+    if (box.restitution) body.Add<double>("Restitution", *box.restitution);
+    if (box.gravityFactor) body.Add<double>("GravityFactor", *box.gravityFactor);
     return object;
   }
 
@@ -107,11 +118,13 @@ class PhysicsTest : public testing::Test {
     messages_.Deliver(MessageHandler::kDeliverAll);
   }
 
-  Database& AddBody(const std::string& name, const BoxSpec& spec) {
-    Database& object = MakeObject(name, spec);
+  Database& AddBody(const std::string& name, const BoxSetup& box) {
+    Database& object = MakeObject(name, box);
     Announce(name);
     return object;
   }
+  // Its top face at y = 0.5.
+  void AddFloor() { AddBody("Floor", {.scale = {40, 1, 40}, .isStatic = true}); }
 
   void Frames(int count) {
     for (int i = 0; i < count; ++i) {
@@ -124,9 +137,8 @@ class PhysicsTest : public testing::Test {
   Physics& Sim() { return *system_.Simulation(); }
   BodyRecord* Record(const std::string& name) { return Sim().RecordInCurrentLevel(name); }
   btRigidBody& Body(const std::string& name) {
-    BodyRecord* record = Record(name);
-    EXPECT_NE(record, nullptr) << name;
-    return *record->Rigid();
+    EXPECT_NE(Record(name), nullptr) << name;
+    return *Record(name)->Rigid();
   }
   btVector3 Centre(const std::string& name) {
     return Record(name)->pObject_->getWorldTransform().getOrigin();
@@ -134,11 +146,17 @@ class PhysicsTest : public testing::Test {
   Database& TransformOf(const std::string& name, const std::string& level = kLevel) {
     return *Objects(level).Find<Database>(name)->Find<Database>("Transform");
   }
-  double Read(const std::string& name, const char* key) {
-    return *TransformOf(name).Find<double>(key);
+  double& Field(const std::string& name, const char* key, const std::string& level = kLevel) {
+    return *TransformOf(name, level).Find<double>(key);
+  }
+  btVector3 Position(const std::string& name) {
+    return btVector3(Field(name, "PositionX"), Field(name, "PositionY"), Field(name, "PositionZ"));
   }
   DataHandle<Database> Handle(const std::string& name) { return Objects().Find<Database>(name); }
-  void SetPaused(bool paused) { *root_.Find<bool>("isGamePaused") = paused; }
+  DataHandle<BodyRecord*> BackPointer(const std::string& name, const std::string& level = kLevel) {
+    return Objects(level).Find<Database>(name)->Find<Database>("Body")->Find<BodyRecord*>(
+        "BodyGetBack");
+  }
 
   // Declared first so that the system, which reads them until it is destroyed, goes before them.
   Database root_;
@@ -147,8 +165,5 @@ class PhysicsTest : public testing::Test {
   std::vector<Collision> collisions_;
   std::string lifeCycle_;
 };
-
-inline constexpr float kFrameSeconds = 4.0f / 60.0f;
-inline constexpr float kGravity = 15.0f;
 
 }  // namespace grindle
