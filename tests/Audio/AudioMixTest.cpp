@@ -120,13 +120,15 @@ TEST(AudioNoOutput, GameRunsAndLinesStillFinish) {
         {
           StdoutToStderr();
           setenv("ALSOFT_DRIVERS", drivers, 1);
-          AudioRig rig;
-          rig.AddTone("VO/Line.wav", 0.1).AddTone("Music/TitleTheme.wav", 0.2);
-          rig.Track("CurrentVOFinished").Start();
-          rig.Send("PlayVO", "Line").Run(0.3);
-          std::printf("finished %d, title %d\n", rig.counts["CurrentVOFinished"],
-                      rig.Sys().IsMusicPlaying() ? 1 : 0);
-          rig.Finish();
+          {
+            // Scoped so that the rig is gone before exit, which skips the destructors.
+            AudioRig rig;
+            rig.AddTone("VO/Line.wav", 0.1).AddTone("Music/TitleTheme.wav", 0.2);
+            rig.Track("CurrentVOFinished").Start();
+            rig.Send("PlayVO", "Line").Run(0.3);
+            std::printf("finished %d, title %d\n", rig.counts["CurrentVOFinished"],
+                        rig.Sys().IsMusicPlaying() ? 1 : 0);
+          }
           std::exit(0);
         },
         testing::ExitedWithCode(0), notice + "(.|\n)*finished 1, title 1");
