@@ -117,11 +117,9 @@ void AIInterface::OnUnload() {
 
 void AIInterface::Update(float dt) {
   if (!pHost_) return;
-  // While paused, time stands still for scripts: no countdowns and no "Update"; listeners still
-  // run.
-  const DataHandle<bool> paused = Root().Find<bool>(KeyOf(WellKnown::isGamePaused));
-  const bool isPaused = paused && *paused;
-  if (!isPaused) RunCountdowns(dt);
+  // Pausing is the scripts' business (a pause menu is a script): countdowns, the frame count and
+  // every "Update" run in every frame.
+  RunCountdowns(dt);
   if (timers_.isDateTracked) WriteDate();
   if (const DataHandle<Database> globals =
           Root().Find<Database>(KeyOf(WellKnown::GlobalVariables))) {
@@ -129,7 +127,7 @@ void AIInterface::Update(float dt) {
       *count += 1.0;
   }
   const std::string level = CurrentLevelName();
-  if (!isPaused && !level.empty()) pHost_->CallInLevel(level, "Update");
+  if (!level.empty()) pHost_->CallInLevel(level, "Update");
 }
 
 std::string AIInterface::CurrentLevelName() const {

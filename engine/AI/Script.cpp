@@ -8,6 +8,7 @@
 #include "AI/ScriptApi.h"
 #include "AI/ScriptMemory.h"
 #include "AI/ScriptResource.h"
+#include "AI/ScriptTraceback.h"
 #include "AI/ScriptWatchdog.h"
 #include "Core/Assert.h"
 #include "Core/Database.h"
@@ -152,7 +153,7 @@ void ScriptHost::WatchFile(const std::string& fileName) {
 bool ScriptHost::RunFile(lua_State* state, const std::string& path) {
   Running running(Of(state), state);
   int status = luaL_loadfile(state, path.c_str());
-  if (status == LUA_OK) status = lua_pcall(state, 0, 0, 0);
+  if (status == LUA_OK) status = CallWithTraceback(state, 0);
   if (status != LUA_OK) {
     std::printf("\nLUA ERR:: %s\n", lua_tostring(state, -1));
     lua_pop(state, 1);
@@ -174,13 +175,11 @@ void ScriptHost::CallFunction(Database& component, std::string_view componentPat
 void ScriptHost::CallOrDie(lua_State* state, std::string_view componentPath, const char* name,
                            const std::vector<std::string>& args) {
   Running running(*this, state);
-  // A script need not define every entry function; calling one it lacks does nothing.
-  if (lua_getglobal(state, name), !lua_isfunction(state, -1)) {
-    lua_pop(state, 1);
-    return;
-  }
+  // Whatever the global holds is called: a script lacking an entry function fails like any other
+  // error in a called function.
+  lua_getglobal(state, name);
   for (const std::string& arg : args) lua_pushlstring(state, arg.data(), arg.size());
-  if (lua_pcall(state, static_cast<int>(args.size()), 0, 0) != LUA_OK) {
+  if (CallWithTraceback(state, static_cast<int>(args.size())) != LUA_OK) {
     const char* error = lua_tostring(state, -1);
     std::printf("Error executing lua function \"%s\" : (%.*s)%s\n{%s}\n", name,
                 static_cast<int>(componentPath.size()), componentPath.data(),

@@ -4,6 +4,7 @@
 #include <lua.hpp>
 
 #include "AI/Script.h"
+#include "AI/ScriptTraceback.h"
 #include "Core/Assert.h"
 
 namespace grindle {
@@ -13,6 +14,7 @@ void ScriptListener::Call(MessageArgs args) {
   GRINDLE_ASSERT(largc != 2, "Not enough arguments passed from script!");
   ScriptHost::Running running(ScriptHost::Of(pState_), pState_);
   lua_getglobal(pState_, sFunction_.c_str());
+  uint32_t pushed = 0;
   for (uint32_t i = 0; i < args.count; ++i) {
     if (const std::string* text = args.Get<std::string>(i)) {
       lua_pushlstring(pState_, text->data(), text->size());
@@ -20,11 +22,14 @@ void ScriptListener::Call(MessageArgs args) {
       lua_pushnumber(pState_, *number);
     } else {
       std::printf("Attempt to pass wrong type of value to lua via message\n");
-      // The function still receives the message's full count; the value it cannot read is nil.
-      lua_pushnil(pState_);
+      continue;  // nothing is pushed: the values behind it move up one place
     }
+    ++pushed;
   }
-  if (lua_pcall(pState_, static_cast<int>(args.count), 0, 0) != LUA_OK) {
+  // The call still takes the message's full count; the places left over at the end are nil, which
+  // keeps the function where the call looks for it.
+  for (; pushed < args.count; ++pushed) lua_pushnil(pState_);
+  if (CallWithTraceback(pState_, static_cast<int>(args.count)) != LUA_OK) {
     std::printf("Error executing lua function \"%s\" : %s\n", sFunction_.c_str(),
                 lua_tostring(pState_, -1));
     lua_pop(pState_, 1);

@@ -1,5 +1,6 @@
 // The requests that change objects and the AI system's own timers rather than moving bodies:
 // colour, creation from an archetype, destruction, countdowns and the date flag.
+#include <cmath>
 #include <cstdio>
 #include <glm/vec4.hpp>
 #include <string>
@@ -60,7 +61,10 @@ void ScriptRequests::DestroyObject(MessageArgs args) {
 
 void ScriptRequests::SetCountdown(MessageArgs args) {
   const double index = NumberAt(args, 0);
-  if (index < 0.0 || index >= static_cast<double>(kCountdownCount)) {
+  // Written so that NaN fails too: only whole numbers from 0 up to the last countdown pass.
+  const bool isIndex = std::isfinite(index) && std::trunc(index) == index && index >= 0.0 &&
+                       index < static_cast<double>(kCountdownCount);
+  if (!isIndex) {
     std::printf("SCR:SetCountdown: no countdown %g (there are %zu, from 0)\n", index,
                 kCountdownCount);
     return;

@@ -40,10 +40,11 @@ AudioSys::AudioSys(MessageHandler& messages, const std::string& root)
 
 void AudioSys::PlaySong(std::string_view name, double loop, float scale) {
   if (pool_.IsPlaying(musicChannel_) && name == sCurrentSong_) return;
-  Song* song = bank_.FindSong(name);
-  if (song == nullptr) return;
   sCurrentSong_ = name;
   pool_.Stop(musicChannel_);
+  // An unknown name still silences the music: the channel is stopped before the song is sought.
+  Song* song = bank_.FindSong(name);
+  if (song == nullptr) return;
   musicChannel_ = song->Play(pool_, loop == 1.0, fMusicVolume_, scale);
   pool_.SetMute(musicChannel_, isMusicMuted_);
 }

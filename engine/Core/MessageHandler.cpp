@@ -106,11 +106,13 @@ void MessageHandler::Deliver(int64_t limit) {
   while (limit > 0 || limit == kDeliverAll) {
     Message* message = pQueueHead_;
     if (message == nullptr) return;
-    Dispatch(*message->pListeners_, {message->pArgs_, message->uArgCount_});
-    ++uHandled_;
-    // Listeners may have queued more behind this one, so unlink only now.
+    // Unlinked before its listeners run, so that a listener calling Deliver itself goes on with
+    // the messages behind this one instead of hearing (and freeing) this one again. It still
+    // counts as queued until it is freed.
     pQueueHead_ = message->pNext_;
     if (pQueueHead_ == nullptr) pQueueTail_ = nullptr;
+    Dispatch(*message->pListeners_, {message->pArgs_, message->uArgCount_});
+    ++uHandled_;
     --uQueueCount_;
     PoolDelete(message);
     if (limit != kDeliverAll) --limit;

@@ -11,7 +11,8 @@ MessageListener::MessageListener(std::unique_ptr<BaseMessageFunction> function, 
       pPointer_(pointer),
       sMessage_(std::move(message)),
       sOwner_(std::move(owner)) {
-  GRINDLE_ASSERT(pPointer_ != nullptr && sMessage_ == "", "Cannot have blank message");
+  GRINDLE_ASSERT_TEXT(pPointer_ != nullptr && sMessage_ == "", "sMessage_ == \"\"",
+                      "Cannot have blank message");
 }
 
 }  // namespace grindle

@@ -4,6 +4,7 @@
 // device input forwarded to scripts.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <ctime>
 
 #include "Core/Bootstrapper/LevelManager.h"
@@ -21,10 +22,22 @@ TEST_F(AISystemTest, StartsWithItsLinesAndDateCountsFramesAndTimersAndStopsListe
   EXPECT_EQ(world_.Global("wMonth"), std::localtime(&now)->tm_mon + 1);
 
   handler_.SendArgs("SCR:SetCountdown", 3.0, 0.05);
-  handler_.SendArgs("SCR:SetCountdown", 8.0, 1.0);
+  for (double bad : {8.0, -1.0, 2.5, std::nan(""), HUGE_VAL}) {
+    handler_.SendArgs("SCR:SetCountdown", bad, 1.0);
+  }
   handler_.SendArgs("ConsolePrint", "round over");
   EXPECT_EQ(CaptureStdout([&] { world_.Deliver(); }),
-            "SCR:SetCountdown: no countdown 8 (there are 8, from 0)\nround over\n");
+            "SCR:SetCountdown: no countdown 8 (there are 8, from 0)\n"
+            "SCR:SetCountdown: no countdown -1 (there are 8, from 0)\n"
+            "SCR:SetCountdown: no countdown 2.5 (there are 8, from 0)\n"
+            "SCR:SetCountdown: no countdown nan (there are 8, from 0)\n"
+            "SCR:SetCountdown: no countdown inf (there are 8, from 0)\n"
+            "round over\n");
+  for (int i = 0; i < 8; ++i) {
+    if (i != 3) {
+      EXPECT_EQ(world_.Global("Countdown" + std::to_string(i)), 0.0) << i;
+    }
+  }
   world_.Frame();
   EXPECT_EQ(world_.Global("Count"), 1.0);
   EXPECT_NEAR(world_.Global("Countdown3"), 0.05 - 1.0 / 60.0, 1e-6);
@@ -38,8 +51,9 @@ TEST_F(AISystemTest, StartsWithItsLinesAndDateCountsFramesAndTimersAndStopsListe
   EXPECT_EQ(handler_.ListenerCount("Keyboard"), 0u);
 }
 
-TEST_F(AISystemTest, PauseStopsScriptUpdatesAndExitToMenuUnpausesOnTheWayToTheTitle) {
-  world_.WriteScript("Tick.lua", "function Update() print('tick') end");
+TEST_F(AISystemTest, ScriptsUpdateWhilePausedAndExitToMenuUnpausesOnTheWayToTheTitle) {
+  world_.WriteScript("Tick.lua", "function Start() end\nfunction End() end\n"
+                                 "function Update() print('tick') end");
   world_.AddObject("Arena", "Clock", {"Tick.lua"});
   world_.AnnounceLevel("Arena");
   world_.Echo({"GamePaused", "GameUnpaused"});
@@ -53,7 +67,7 @@ TEST_F(AISystemTest, PauseStopsScriptUpdatesAndExitToMenuUnpausesOnTheWayToTheTi
               world_.Deliver();
               world_.Frame();
             }),
-            "tick\nGamePaused()\nGameUnpaused()\ntick\n");
+            "tick\nGamePaused()\ntick\ntick\nGameUnpaused()\ntick\n");
   EXPECT_EQ(*root_.Find<std::string>("NextLevel"), "LevelTitleScreen");
   EXPECT_FALSE(*root_.Find<bool>("isGamePaused"));
 }
@@ -69,11 +83,11 @@ TEST_F(AISystemTest, ScriptsLiveExactlyAsLongAsTheirLevelThroughSwitchesAndReloa
       << "<Database name=\"GameObjects\">" << object("Logo") << "</Database>";
   std::ofstream("Assets/Levels/Arena.xml") << "<Database name=\"GameObjects\">" << object("Player1")
                                            << object("Player0") << object("Crate") << "</Database>";
-  world_.WriteScript("Tracer.lua", R"(
+  world_.WriteScript("Tracer.lua", world_.kEmptyEntries + std::string(R"(
 local function Trace(text) SetData("GlobalVariables.Trace", (FindData("GlobalVariables.Trace") or "") .. text .. ";") end
 function Start(me) Trace("start " .. me) end
 function End() Trace("end " .. (FindData("*CurrentObject.*Name") or "?") .. " in " .. FindData("CurrentLevel")) end
-)");
+)"));
   LevelManager levels(root_, handler_);
   // One pass of the frame loop's level step, delivery and the AI system's update.
   auto frame = [&] {
@@ -108,6 +122,7 @@ function End() Trace("end " .. (FindData("*CurrentObject.*Name") or "?") .. " in
 
 TEST_F(AISystemTest, ScriptDestroyingItselfFromItsOwnCallIsClosedAfterTheCallReturns) {
   world_.WriteScript("Self.lua", R"(
+function Start() end
 function Update()
   SendImmediate("msgObjectDestroyed", "Crate")
   print("after destroy")
@@ -130,7 +145,7 @@ using InputForwardingTest = InputHarness;
 TEST_F(InputForwardingTest, KeysMouseAndPadsReachScriptListeners) {
   ScriptWorld world(root_, handler_);
   // The script prints every event its listeners receive as one line "event:arg,arg,...".
-  world.WriteScript("Recorder.lua", R"(
+  world.WriteScript("Recorder.lua", world.kEmptyEntries + std::string(R"(
 for _, name in ipairs({"SCR:KeyboardPressed", "SCR:KeyboardTriggered", "SCR:Cheat",
     "SCR:MouseButtonPressed", "SCR:MouseButtonTriggered", "SCR:MouseButtonReleased",
     "SCR:MousePosition", "SCR:MouseDeltaPosition", "SCR:MouseWheel", "SCR:ControllerButton",
@@ -139,7 +154,7 @@ for _, name in ipairs({"SCR:KeyboardPressed", "SCR:KeyboardTriggered", "SCR:Chea
   _G[name] = function(...) print(name .. ":" .. table.concat({...}, ",")) end
   Listen(name, name)
 end
-)");
+)"));
   world.AddObject("Arena", "Listener", {"Recorder.lua"});
   world.AnnounceLevel("Arena");
   Activate();

@@ -56,6 +56,10 @@ class ScriptWorld {
       system.Unload();
     });
   }
+  // Every script the engine runs needs "Start", "Update" and "End"; a test script that is about
+  // something else starts with these empty ones and redefines what it needs.
+  static constexpr const char* kEmptyEntries =
+      "function Start() end function Update() end function End() end ";  // keeps line numbers
   void WriteScript(const std::string& fileName, const std::string& text) const {
     std::ofstream(directory_ / "Scripts" / fileName) << text;
   }

@@ -107,10 +107,10 @@ TEST(AudioNames, FileNamesLoseExtensionAndVariantNumberAndVariantsArePickedAtRan
   EXPECT_GT(bank.FindSong("Battle")->Variant(1).PeakResidentFrames(), 0u);
 }
 
-TEST(AudioNames, UnknownNamesAndShortMessagesChangeNothing) {
+TEST(AudioNames, UnknownNamesAndShortMessagesChangeNothingButAnUnknownSongStopsTheMusic) {
   AudioRig rig;
   rig.AddTone("Music/TitleTheme.wav", 0.3).Track("CurrentVOStarted").Start();
-  rig.Send("PlaySong", "NoSuchSong", 1.0).Send("PlaySound", "NoSuchSound", 1.0);
+  rig.Send("PlaySound", "NoSuchSound", 1.0);
   rig.Send("PlaySoundAt", "NoSuchSound", 1.0, 2.0, 3.0).Send("StopSound", "NoSuchSound");
   rig.Send("PlayVO", "NoSuchLine").Send("PlaySong").Send("PlaySound");
   rig.Send("PlaySoundAt", "TitleTheme", 1.0).Send("Update3DSoundListener", 1.0, 2.0, 3.0);
@@ -119,6 +119,10 @@ TEST(AudioNames, UnknownNamesAndShortMessagesChangeNothing) {
   EXPECT_TRUE(rig.Sys().IsMusicPlaying());
   EXPECT_EQ(rig.Sys().PlayingChannelCount(), 1);
   EXPECT_EQ(rig.counts["CurrentVOStarted"], 0);
+  // A song that is not loaded still stops the one playing.
+  rig.Send("PlaySong", "NoSuchSong", 1.0).Run(0.05);
+  EXPECT_FALSE(rig.Sys().IsMusicPlaying());
+  EXPECT_EQ(rig.Sys().PlayingChannelCount(), 0);
 }
 
 TEST(AudioKeys, F7AndF8ToggleTheMutesOncePerPress) {

@@ -19,33 +19,12 @@
 #include "Core/MessageHandler.h"
 #include "Core/SystemBase.h"
 #include "Core/WellKnownKeys.h"
+#include "TempWorkDir.h"
 
 // SDL events are written with designated initializers; the fields left out are zero, as wanted.
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 
 namespace grindle {
-
-// A fresh temporary folder made the working directory for one test, and the previous one restored.
-class TempWorkDir {
- public:
-  TempWorkDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "grindle-XXXXXX").string();
-    path = mkdtemp(pattern.data());
-    std::filesystem::current_path(path);
-  }
-  ~TempWorkDir() {
-    std::filesystem::current_path(previous);
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-  void Write(const std::string& relative, const std::string& text) const {
-    std::filesystem::create_directories((path / relative).parent_path());
-    std::ofstream(path / relative) << text;
-  }
-
-  const std::filesystem::path previous = std::filesystem::current_path();
-  std::filesystem::path path;
-};
 
 // Lines such as "SetClientWindow(800,600)" for every message of the given names, in delivery
 // order; a database argument shows as "@" and its name. Tests may add lines of their own.

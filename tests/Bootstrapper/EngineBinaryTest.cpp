@@ -1,7 +1,6 @@
 // The command line, and the real `grindle` binary run headless on the demo game and on broken game
 // folders.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <regex>
@@ -11,6 +10,7 @@
 
 #include "BootstrapperKit.h"
 #include "Core/Bootstrapper/CommandLine.h"
+#include "ProcessRun.h"
 
 namespace grindle {
 namespace {
@@ -46,26 +46,11 @@ TEST(CommandLine, RejectsBadArgumentsNamingThem) {
   }
 }
 
-struct RunResult {
-  int status = -1;
-  std::string output;
-};
-
 // Standard output only unless `withErrors`; the game runs headless without sound hardware. In
 // sanitizer builds a leak at exit fails the run like any other error.
-RunResult RunGrindle(const std::string& arguments, bool withErrors = false) {
-  const std::string command = "SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '" GRINDLE_BINARY
-                              "' " +
-                              arguments + (withErrors ? " 2>&1" : " 2>/dev/null");
-  RunResult result;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return result;
-  char buffer[4096];
-  for (size_t read; (read = fread(buffer, 1, sizeof(buffer), pipe)) > 0;)
-    result.output.append(buffer, read);
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  return result;
+ProcessResult RunGrindle(const std::string& arguments, bool withErrors = false) {
+  return RunProcess("SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '" GRINDLE_BINARY "' " +
+                    arguments + (withErrors ? " 2>&1" : " 2>/dev/null"));
 }
 
 // The first group of every line matching `pattern`.
@@ -81,7 +66,7 @@ std::vector<std::string> Matches(const std::string& output, const char* pattern)
 }
 
 TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLevel) {
-  const RunResult run = RunGrindle(
+  const ProcessResult run = RunGrindle(
       "--run-unit-tests --frames 3 --level MainMenu --print-database "
       "--data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
@@ -108,13 +93,13 @@ TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLev
 }
 
 TEST(EngineBinary, BrokenInvocationsFailWithAReason) {
-  const RunResult badOption = RunGrindle("--frames many", true);
+  const ProcessResult badOption = RunGrindle("--frames many", true);
   EXPECT_EQ(badOption.status, 2);
   EXPECT_NE(badOption.output.find("--frames expects a whole number"), std::string::npos);
 
   // A folder without game data stops at the archetypes with the parser's assertion.
   TempWorkDir empty;
-  const RunResult noData = RunGrindle("--frames 1 --data '" + empty.path.string() + "'", true);
+  const ProcessResult noData = RunGrindle("--frames 1 --data '" + empty.path.string() + "'", true);
   EXPECT_NE(noData.status, 0);
   EXPECT_NE(noData.output.find("Missing FileAssets/GameObjects/Archetypes.xml"), std::string::npos)
       << noData.output;

@@ -122,6 +122,23 @@ TEST_F(LevelManagerTest, UnloadingAnUnknownLevelOnlyPrintsAndShutdownSendsUnload
   EXPECT_FALSE(root.Find<std::string>("CurrentLevel"));
 }
 
+TEST_F(LevelManagerTest, ALevelNestedAHundredThousandDeepLoadsAndUnloads) {
+  constexpr int kDepth = 100000;
+  std::string text = "<Database name=\"GameObjects\"><Database name=\"Tower\">\n";
+  for (int i = 0; i < kDepth; ++i) text += "<Database name=\"Floor\">\n";
+  text += "<int name=\"Top\">1</int>\n";
+  for (int i = 0; i < kDepth + 2; ++i) text += "</Database>\n";
+  dir.Write("Assets/Levels/Deep.xml", text);
+  Open("Deep");
+  const Database* floor = Loaded("Deep")->Find<Database>("GameObjects")->Find<Database>("Tower").Get();
+  for (int i = 0; i < kDepth; ++i) floor = floor->Find<Database>("Floor").Get();
+  EXPECT_EQ(*floor->Find<int>("Top"), 1);
+  root.Find<std::string>(KeyOf(WellKnown::NextLevel)).Get()->assign("Arena");
+  levels.ProcessLevelChange({});
+  EXPECT_FALSE(Loaded("Deep"));
+  EXPECT_TRUE(Loaded("Arena"));
+}
+
 TEST_F(LevelManagerTest, AMissingLevelFileStopsTheProgram) {
   EXPECT_DEATH(
       {

@@ -120,13 +120,29 @@ TEST_F(MessageHandlerTest, ForwarderResendsUnderItsTargetName) {
   EXPECT_EQ(seen, "payload");
 }
 
-TEST(MessageListenerDeathTest, ABlankMessageWithAPointerAsserts) {
+TEST_F(MessageHandlerTest, AListenerThatDeliversGoesOnWithTheMessagesBehindItsOwn) {
+  handler.Listen("Outer", "nested", [&](MessageArgs args) {
+    calls.push_back("outer:" + *args.Get<std::string>(0));
+    handler.Send("Later");
+    handler.Deliver(MessageHandler::kDeliverAll);
+  });
+  Record("Inner", "x");
+  Record("Later", "x");
+  handler.SendArgs("Outer", std::string("payload"));
+  handler.Send("Inner");
+  handler.Deliver(MessageHandler::kDeliverAll);
+  EXPECT_EQ(calls, (std::vector<std::string>{"outer:payload", "x:Inner", "x:Later"}));
+  EXPECT_EQ(handler.QueuedCount(), 0u);
+}
+
+TEST(MessageListenerDeathTest, ABlankMessageWithAPointerAssertsOnTheNameAlone) {
   EXPECT_DEATH(
       {
+        StdoutToStderr();
         int bound = 0;
         MessageListener listener(nullptr, 0, &bound, "", "owner");
       },
-      "Cannot have blank message");
+      "Cannot have blank message(.|\n)*The expression sMessage_ == \"\" failed\\.");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Synth.h"
+#include "ToolUsage.h"
 
 namespace {
 
@@ -178,9 +179,8 @@ std::vector<Line> Lines() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: grindle_synth <game folder>\n");
-    return 2;
+  if (const auto stop = grindle::tools::CheckArguments(argc, argv, 1, "grindle_synth GAME_DIR")) {
+    return *stop;
   }
   const std::string audio = std::string(argv[1]) + "/Assets/Audio";
   for (const char* folder : {"/Sounds", "/VO", "/Music"}) {

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "ToolUsage.h"
+
 namespace {
 
 struct Rgb {
@@ -54,9 +56,8 @@ bool Write(const std::filesystem::path& path, int size, const std::vector<unsign
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: grindle_texgen GAME_DIR\n");
-    return 2;
+  if (const auto stop = grindle::tools::CheckArguments(argc, argv, 1, "grindle_texgen GAME_DIR")) {
+    return *stop;
   }
   const std::filesystem::path folder = std::filesystem::path(argv[1]) / "Assets" / "Textures";
   std::filesystem::create_directories(folder);
