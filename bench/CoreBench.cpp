@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "Core/Database.h"
 #include "Core/MemoryManager.h"
@@ -43,6 +44,21 @@ void BM_SendDeliverTwoDoubles(benchmark::State& state) {
   benchmark::DoNotOptimize(sum);
 }
 BENCHMARK(BM_SendDeliverTwoDoubles);
+
+// A name past the standard library's short-string buffer: sending it must not allocate.
+void BM_SendDeliverLongName(benchmark::State& state) {
+  MessageHandler handler;
+  int64_t heard = 0;
+  constexpr std::string_view kLongName = "SCR:ControllerButtonTriggered";
+  handler.Listen(kLongName, "bench", [&](MessageArgs) { ++heard; });
+  for (auto _ : state) {
+    handler.Send(kLongName);
+    handler.Deliver(MessageHandler::kDeliverAll);
+  }
+  state.SetItemsProcessed(state.iterations());
+  benchmark::DoNotOptimize(heard);
+}
+BENCHMARK(BM_SendDeliverLongName);
 
 // Pool and heap side by side over the same mix of 16- to 64-byte requests.
 constexpr uint32_t kSizes[] = {16, 24, 32, 48, 64, 20, 40, 56};

@@ -8,8 +8,7 @@
 
 namespace grindle {
 
-Message::Message(std::string_view name, AbstractPointerBase** args, uint32_t count)
-    : sName_(name), uArgCount_(count) {
+Message::Message(AbstractPointerBase** args, uint32_t count) : uArgCount_(count) {
   if (count == 0) return;
   const uint32_t bytes = count * static_cast<uint32_t>(sizeof(AbstractPointerBase*));
   pArgs_ = static_cast<AbstractPointerBase**>(Allocate(bytes));
@@ -58,6 +57,14 @@ size_t MessageHandler::ListenerCount(std::string_view name) const {
                        [](const MessageListener* l) { return !l->isRemoved_; });
 }
 
+std::vector<std::string_view> MessageHandler::ListenedNames() const {
+  std::vector<std::string_view> names;
+  for (const auto& [name, list] : listeners_) {
+    if (ListenerCount(name) > 0) names.push_back(name);
+  }
+  return names;
+}
+
 void MessageHandler::PurgeRemoved() {
   if (!hasRemovedListeners_) return;
   hasRemovedListeners_ = false;
@@ -83,7 +90,7 @@ void MessageHandler::Dispatch(ListenerList& list, MessageArgs args) {
 
 void MessageHandler::Send(std::string_view name, AbstractPointerBase** args, uint32_t count) {
   if (uQueueCount_ >= kMaxQueuedMessages) throw std::length_error("list<T> too long");
-  Message* message = PoolNew<Message>(name, args, count);
+  Message* message = PoolNew<Message>(args, count);
   message->pListeners_ = &ListFor(name);
   if (pQueueTail_ == nullptr) {
     pQueueHead_ = message;
@@ -96,7 +103,7 @@ void MessageHandler::Send(std::string_view name, AbstractPointerBase** args, uin
 
 void MessageHandler::SendImmediate(std::string_view name, AbstractPointerBase** args,
                                    uint32_t count) {
-  Message* message = PoolNew<Message>(name, args, count);
+  Message* message = PoolNew<Message>(args, count);
   Dispatch(ListFor(name), {message->pArgs_, message->uArgCount_});
   ++uHandled_;
   PoolDelete(message);

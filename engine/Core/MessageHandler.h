@@ -25,15 +25,16 @@ struct ListenerList {
 };
 
 struct Message {
-  Message(std::string_view name, AbstractPointerBase** args, uint32_t count);
+  Message(AbstractPointerBase** args, uint32_t count);
   ~Message();
   Message(const Message&) = delete;
   Message& operator=(const Message&) = delete;
 
-  std::string sName_;
   AbstractPointerBase** pArgs_ = nullptr;
   uint32_t uArgCount_ = 0;
   Message* pNext_ = nullptr;
+  // The name's listener list, found when the message is built; the name itself is the list's key
+  // in the handler, so a message never copies it (long names would allocate on every send).
   ListenerList* pListeners_ = nullptr;
 };
 
@@ -54,6 +55,8 @@ class MessageHandler {
   // Removes every registration of `owner` for `name`.
   void UnListen(std::string_view name, std::string_view owner);
   size_t ListenerCount(std::string_view name) const;
+  // Every name with a live listener (checks use it to hold systems to catalogued names).
+  std::vector<std::string_view> ListenedNames() const;
 
   // Queues a message; it takes ownership of the argument objects (the array itself is copied).
   void Send(std::string_view name, AbstractPointerBase** args = nullptr, uint32_t count = 0);

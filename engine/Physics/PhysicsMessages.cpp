@@ -3,47 +3,29 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "Core/Messages/Catalogue.h"
+#include "Core/Messages/RouteTable.h"
 #include "Core/WellKnownKeys.h"
 #include "Physics/Physics/DatabaseValues.h"
 
 namespace grindle {
 namespace {
 
-constexpr const char* kOwner = "Physics";
-
-Database* ObjectArgument(MessageArgs args) {
-  const DataHandle<Database>* handle = args.Get<DataHandle<Database>>(0);
-  return handle != nullptr ? handle->Get() : nullptr;
-}
-
-const std::string* StringArgument(MessageArgs args, uint32_t index) {
-  return args.Get<std::string>(index);
-}
-
-// Reals travel as doubles; a sender in C++ may pass a float or an int.
-bool RealArgument(MessageArgs args, uint32_t index, float& out) {
-  if (const double* value = args.Get<double>(index)) {
-    out = static_cast<float>(*value);
-  } else if (const float* single = args.Get<float>(index)) {
-    out = *single;
-  } else if (const int* whole = args.Get<int>(index)) {
-    out = static_cast<float>(*whole);
-  } else {
-    return false;
-  }
-  return true;
-}
-
+// Numbers 1..N of a body request, narrowed to floats for the physics library.
 template <size_t N>
-bool RealArguments(MessageArgs args, const char* message, const char* expected,
+bool RealArguments(MessageArgs args, std::string_view message, const char* expected,
                    std::array<float, N>& out) {
   for (size_t i = 0; i < N; ++i) {
-    if (!RealArgument(args, static_cast<uint32_t>(i + 1), out[i])) {
-      std::printf("Physics: %s expects (%s); ignored\n", message, expected);
+    const std::optional<double> value = msg::Real::Read(args[static_cast<uint32_t>(i + 1)]);
+    if (!value) {
+      std::printf("Physics: %.*s expects (%s); ignored\n", static_cast<int>(message.size()),
+                  message.data(), expected);
       return false;
     }
+    out[i] = static_cast<float>(*value);
   }
   return true;
 }
@@ -51,7 +33,7 @@ bool RealArguments(MessageArgs args, const char* message, const char* expected,
 // The destroyed object's name, whether or not a level handle comes before it.
 const std::string* FirstString(MessageArgs args) {
   for (uint32_t i = 0; i < args.count; ++i) {
-    if (const std::string* text = StringArgument(args, i)) return text;
+    if (const std::string* text = msg::Text::Read(args[i])) return text;
   }
   return nullptr;
 }
@@ -61,10 +43,10 @@ class Handlers {
   Handlers(Physics& physics, Database& root) : physics_(physics), root_(root) {}
 
   void ObjectCreated(MessageArgs args) {
-    Database* object = ObjectArgument(args);
+    Database* object = msg::kObjectCreated.Read<0>(args).Get();
     if (object == nullptr) return;
-    const std::string* name = StringArgument(args, 1);
-    const std::string* level = StringArgument(args, 2);
+    const std::string* name = msg::kObjectCreated.Read<1>(args);
+    const std::string* level = msg::kObjectCreated.Read<2>(args);
     physics_.AddBody(*object, name != nullptr ? *name : object->Name(),
                      level != nullptr ? std::string_view(*level) : CurrentLevelName(root_));
   }
@@ -78,7 +60,7 @@ class Handlers {
   }
 
   void LoadLevel(MessageArgs args) {
-    const std::string* level = StringArgument(args, 0);
+    const std::string* level = msg::kMsgLoadLevel.Read<0>(args);
     if (level == nullptr) return;
     physics_.RemoveAllBodies();
     const Database* levels = FindDatabase(root_, KeyOf(WellKnown::Levels));
@@ -100,7 +82,7 @@ class Handlers {
   void UnloadLevel() { physics_.RemoveAllBodies(); }
 
   void RemoveRotationalVelocity(MessageArgs args) {
-    const std::string* name = StringArgument(args, 0);
+    const std::string* name = msg::kRemoveRotationalVelocity.Read<0>(args);
     BodyRecord* record = name != nullptr ? physics_.RecordInCurrentLevel(*name) : nullptr;
     if (btRigidBody* body = record != nullptr ? record->Rigid() : nullptr) {
       body->setAngularVelocity(btVector3(0, 0, 0));
@@ -109,7 +91,7 @@ class Handlers {
 
   // Also serves "msgAddImpulse": the velocity is replaced, never added to, which the game relies
   // on.
-  void SetVelocity(MessageArgs args, const char* message) {
+  void SetVelocity(MessageArgs args, std::string_view message) {
     btRigidBody* body = BodyOf(args);
     std::array<float, 3> v{};
     if (body == nullptr || !RealArguments(args, message, "object handle, x, y, z", v)) return;
@@ -120,7 +102,7 @@ class Handlers {
   void SetVelocityXZ(MessageArgs args) {
     btRigidBody* body = BodyOf(args);
     std::array<float, 2> v{};
-    if (body == nullptr || !RealArguments(args, "msgSetBodyVelocityXZ", "object handle, x, z", v)) {
+    if (body == nullptr || !RealArguments(args, msg::kSetBodyVelocityXZ.name, "object handle, x, z", v)) {
       return;
     }
     body->activate(true);
@@ -128,17 +110,17 @@ class Handlers {
   }
 
   void SetRotation(MessageArgs args) {
-    Database* object = ObjectArgument(args);
+    Database* object = msg::kSetBodyRotation.Read<0>(args).Get();
     BodyRecord* record = object != nullptr ? physics_.RecordOf(*object) : nullptr;
     std::array<float, 4> v{};
     if (record == nullptr ||
-        !RealArguments(args, "msgSetBodyRotation", "object handle, axis x, y, z, angle", v)) {
+        !RealArguments(args, msg::kSetBodyRotation.name, "object handle, axis x, y, z, angle", v)) {
       return;
     }
     const btVector3 axis(v[0], v[1], v[2]);
     if (axis.length2() == 0) {
-      std::printf("Physics: msgSetBodyRotation for '%s' has no axis; ignored\n",
-                  record->sName_.c_str());
+      std::printf("Physics: %s for '%s' has no axis; ignored\n",
+                  std::string(msg::kSetBodyRotation.name).c_str(), record->sName_.c_str());
       return;
     }
     btTransform placed = record->pObject_->getWorldTransform();
@@ -151,7 +133,8 @@ class Handlers {
 
  private:
   btRigidBody* BodyOf(MessageArgs args) const {
-    const Database* object = ObjectArgument(args);
+    // Every body request carries its object first.
+    const Database* object = msg::Object::Read(args[0]).Get();
     BodyRecord* record = object != nullptr ? physics_.RecordOf(*object) : nullptr;
     return record != nullptr ? record->Rigid() : nullptr;
   }
@@ -160,38 +143,30 @@ class Handlers {
   Database& root_;
 };
 
-struct Route {
-  const char* name;
-  void (*call)(Handlers&, MessageArgs);
+using msg::Route;
+
+constexpr Route<Handlers> kRoutes[] = {
+    {msg::kObjectCreated, [](Handlers& h, MessageArgs a) { h.ObjectCreated(a); }},
+    {msg::kObjectDestroyed, [](Handlers& h, MessageArgs a) { h.ObjectDestroyed(a); }},
+    {msg::kMsgLoadLevel, [](Handlers& h, MessageArgs a) { h.LoadLevel(a); }},
+    {msg::kMsgUnloadLevel, [](Handlers& h, MessageArgs) { h.UnloadLevel(); }},
+    {msg::kRemoveRotationalVelocity,
+     [](Handlers& h, MessageArgs a) { h.RemoveRotationalVelocity(a); }},
+    {msg::kSetBodyVelocity,
+     [](Handlers& h, MessageArgs a) { h.SetVelocity(a, msg::kSetBodyVelocity.name); }},
+    {msg::kSetBodyVelocityXZ, [](Handlers& h, MessageArgs a) { h.SetVelocityXZ(a); }},
+    {msg::kAddImpulse, [](Handlers& h, MessageArgs a) { h.SetVelocity(a, msg::kAddImpulse.name); }},
+    {msg::kSetBodyRotation, [](Handlers& h, MessageArgs a) { h.SetRotation(a); }},
 };
 
-constexpr Route kRoutes[] = {
-    {"msgObjectCreated", [](Handlers& h, MessageArgs a) { h.ObjectCreated(a); }},
-    {"msgObjectDestroyed", [](Handlers& h, MessageArgs a) { h.ObjectDestroyed(a); }},
-    {"msgLoadLevel", [](Handlers& h, MessageArgs a) { h.LoadLevel(a); }},
-    {"msgUnloadLevel", [](Handlers& h, MessageArgs) { h.UnloadLevel(); }},
-    {"msgRemoveRotationalVelocity",
-     [](Handlers& h, MessageArgs a) { h.RemoveRotationalVelocity(a); }},
-    {"msgSetBodyVelocity",
-     [](Handlers& h, MessageArgs a) { h.SetVelocity(a, "msgSetBodyVelocity"); }},
-    {"msgSetBodyVelocityXZ", [](Handlers& h, MessageArgs a) { h.SetVelocityXZ(a); }},
-    {"msgAddImpulse", [](Handlers& h, MessageArgs a) { h.SetVelocity(a, "msgAddImpulse"); }},
-    {"msgSetBodyRotation", [](Handlers& h, MessageArgs a) { h.SetRotation(a); }},
-};
+constexpr msg::RouteTable<Handlers> kTable{"Physics", kRoutes};
 
 }  // namespace
 
 void ListenToPhysicsMessages(MessageHandler& messages, Physics& physics, Database& root) {
-  // Shared by every listener; lives as long as the longest of them.
-  const auto handlers = std::make_shared<Handlers>(physics, root);
-  for (const Route& route : kRoutes) {
-    messages.Listen(route.name, kOwner,
-                    [handlers, call = route.call](MessageArgs args) { call(*handlers, args); });
-  }
+  kTable.Listen(messages, std::make_shared<Handlers>(physics, root));
 }
 
-void StopListeningToPhysicsMessages(MessageHandler& messages) {
-  for (const Route& route : kRoutes) messages.UnListen(route.name, kOwner);
-}
+void StopListeningToPhysicsMessages(MessageHandler& messages) { kTable.UnListen(messages); }
 
 }  // namespace grindle
