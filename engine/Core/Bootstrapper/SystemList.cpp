@@ -2,25 +2,12 @@
 
 #include <utility>
 
-#include "Core/Bootstrapper/PlaceholderSystem.h"
-#include "Networking/NetworkingLibraryInterface.h"
-
-// Each system joins the build when its library exists; until then a stand-in takes its place.
-#ifdef GRINDLE_HAS_AI
 #include "AI/AILibraryInterface.h"
-#endif
-#ifdef GRINDLE_HAS_PHYSICS
-#include "Physics/PhysicsLibraryInterface.h"
-#endif
-#ifdef GRINDLE_HAS_GRAPHICS
-#include "Graphics/GraphicsLibraryInterface.h"
-#endif
-#ifdef GRINDLE_HAS_AUDIO
 #include "Audio/AudioLibraryInterface.h"
-#endif
-#ifdef GRINDLE_HAS_INPUT
+#include "Graphics/GraphicsLibraryInterface.h"
 #include "Input/InputLibraryInterface.h"
-#endif
+#include "Networking/NetworkingLibraryInterface.h"
+#include "Physics/PhysicsLibraryInterface.h"
 
 namespace grindle {
 
@@ -32,32 +19,12 @@ void SystemList::Append(Args&&... args) {
 }
 
 void SystemList::CreateSystems() {
-#ifdef GRINDLE_HAS_AI
   Append<AIInterface>();
-#else
-  Append<PlaceholderSystem>("AI");
-#endif
-#ifdef GRINDLE_HAS_PHYSICS
   Append<PhysicsInterface>();
-#else
-  Append<PlaceholderSystem>("Physics");
-#endif
   Append<NetworkingInterface>();
-#ifdef GRINDLE_HAS_GRAPHICS
   Append<GraphicsInterface>();
-#else
-  Append<PlaceholderSystem>("Graphics");
-#endif
-#ifdef GRINDLE_HAS_AUDIO
   Append<AudioInterface>();
-#else
-  Append<PlaceholderSystem>("Audio", PlaceholderSystem::kSilentStart);
-#endif
-#ifdef GRINDLE_HAS_INPUT
   Append<InputInterface>();
-#else
-  Append<PlaceholderSystem>("Input");
-#endif
 }
 
 SystemList::~SystemList() {

@@ -1,8 +1,7 @@
 // What the renderer asks of the mesh component handler, at the points of the frame and of the
 // object life cycle where it calls it. Main thread, GL context current. The handler reads the
 // current level from the root database itself; the renderer hands it only what changes per call.
-// CreateMeshPass is defined by the mesh component handler's sources; where they are not built it
-// returns null and the renderer draws no meshes.
+// CreateMeshPass is defined by the mesh component handler's sources.
 #pragma once
 
 #include <glm/mat4x4.hpp>
