@@ -18,38 +18,34 @@
 #include "Core/MathTypes.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/MeshCompHandler.h"
-#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 
 namespace grindle::gfx {
 namespace {
 
-// One GL context and the scene effects for the whole run.
-bool OpenContext() {
+// One set of device objects (GL context, scene effects, textures) for the whole run; null when
+// the machine offers no OpenGL 4.5 context.
+RenderDevice* Device() {
+  static MessageHandler messages;
+  static RenderDevice device(messages);
   static const bool isOpen = [] {
     setenv("SDL_VIDEODRIVER", "offscreen", 0);
     if (SDL_Init(SDL_INIT_VIDEO) != 0) return false;
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 4);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 5);
-    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
     SDL_Window* window =
         SDL_CreateWindow("mesh bench", 0, 0, 16, 16, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
-    if (window == nullptr || SDL_GL_CreateContext(window) == nullptr) return false;
     InternWellKnownKeys();
     // Effects are read relative to the game folder, as the engine runs.
-    if (chdir(GRINDLE_GAME_DIR) != 0) return false;
-    LoadSceneShaders();
-    CreateSceneLayouts();
-    return Effects().basic && Effects().basic->IsLoaded();
+    if (window == nullptr || chdir(GRINDLE_GAME_DIR) != 0 || !device.Create(window)) return false;
+    device.LoadSceneShadersAndLayouts();
+    return device.Effects().basic && device.Effects().basic->IsLoaded();
   }();
-  return isOpen;
+  return isOpen ? &device : nullptr;
 }
 
 // A level of `count` objects: boxes, spheres and cylinders, a third textured, a tenth glowing.
 struct MeshScene {
-  explicit MeshScene(int count) : meshes(root) {
+  MeshScene(int count, RenderDevice& device) : meshes(root, device) {
     Database& level = *root.Add<Database>("Levels")->Add<Database>("Bench");
     root.Add<std::string>("CurrentLevel", "Bench");
     Database& objects = *level.Add<Database>("GameObjects");
@@ -87,19 +83,19 @@ struct MeshScene {
 constexpr int kObjectsPerScene = 5000;
 
 void RunPass(benchmark::State& state, bool glowPass) {
-  if (!OpenContext()) {
+  RenderDevice* device = Device();
+  if (device == nullptr) {
     state.SkipWithError("no OpenGL 4.5 context or scene effects");
     return;
   }
-  TextureStore textures("Asphalt.jpg");
   std::vector<std::unique_ptr<MeshScene>> scenes;
   for (int64_t left = state.range(0); left > 0; left -= kObjectsPerScene) {
-    scenes.push_back(
-        std::make_unique<MeshScene>(static_cast<int>(std::min<int64_t>(left, kObjectsPerScene))));
+    scenes.push_back(std::make_unique<MeshScene>(
+        static_cast<int>(std::min<int64_t>(left, kObjectsPerScene)), *device));
   }
   const glm::mat4 viewProj(1.0f);
   for (auto _ : state) {
-    for (auto& scene : scenes) scene->meshes.Draw(glowPass, viewProj, textures);
+    for (auto& scene : scenes) scene->meshes.Draw(glowPass, viewProj, device->Textures());
     glFinish();
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -1,7 +1,5 @@
 #include "Graphics/Graphics.h"
 
-#include <SDL.h>
-
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"

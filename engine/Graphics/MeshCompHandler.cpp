@@ -14,8 +14,8 @@ DataHandle<Database> MeshListOf(const Database& level) {
 
 }  // namespace
 
-std::unique_ptr<MeshPass> CreateMeshPass(Database& root) {
-  return std::make_unique<MeshCompHandler>(root);
+std::unique_ptr<MeshPass> CreateMeshPass(Database& root, RenderDevice& device) {
+  return std::make_unique<MeshCompHandler>(root, device);
 }
 
 DataHandle<Database> MeshCompHandler::FindCurrentLevel() const {

@@ -17,7 +17,7 @@ namespace grindle::gfx {
 
 class MeshCompHandler final : public MeshPass {
  public:
-  explicit MeshCompHandler(Database& root) : root_(root) {}
+  MeshCompHandler(Database& root, RenderDevice& device) : root_(root), device_(device) {}
 
   // Registers the object's `Mesh` component, if it has one, in the current level's list.
   void AddObject(DataHandle<Database> object, std::string_view objectName) override;
@@ -50,6 +50,7 @@ class MeshCompHandler final : public MeshPass {
   void DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewProj, TextureStore& textures);
 
   Database& root_;
+  RenderDevice& device_;
   MeshStore store_;
   ListedMeshes listed_;
 };

@@ -4,11 +4,9 @@
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/MeshCompHandler.h"
 #include "Graphics/Meshes/MeshDrawInputs.h"
-#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
+#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 
 namespace grindle::gfx {
 namespace {
@@ -17,11 +15,12 @@ namespace {
 constexpr glm::vec4 kUseVertexColour(0.0f);
 
 template <class EffectT, class Tech>
-void DrawPasses(EffectT& effect, Tech technique, const MeshRecord& record) {
+void DrawPasses(InputAssembler& assembler, EffectT& effect, Tech technique,
+                const MeshRecord& record) {
   const TechniqueHandle handle = effect.Tech(technique);
   for (uint32_t pass = 0; pass < effect.PassCount(handle); ++pass) {
     effect.ApplyPass(handle, pass);
-    DrawIndexed(record.indexCount, 0, 0);
+    assembler.DrawIndexed(record.indexCount, 0, 0);
   }
 }
 
@@ -31,8 +30,8 @@ const MeshRecord& MeshCompHandler::BindMesh(const Database& meshComponent) {
   const int meshIndex = *meshComponent.Find<int>(KeyOf(WellKnown::MeshIndex));
   GRINDLE_ASSERT(meshIndex < 0, "MeshIndex does not name a mesh of the store");
   const MeshRecord& record = store_.At(static_cast<uint32_t>(meshIndex));
-  BindVertexBuffer(0, record.vertices, sizeof(GeneratedVertex));
-  BindIndexBuffer(record.indices);
+  device_.Assembler().BindVertexBuffer(0, record.vertices, sizeof(GeneratedVertex));
+  device_.Assembler().BindIndexBuffer(record.indices);
   return record;
 }
 
@@ -50,9 +49,9 @@ void MeshCompHandler::Draw(bool glowPass, const glm::mat4& viewProj, TextureStor
 
 void MeshCompHandler::DrawLit(const LevelMeshes& meshes, const glm::mat4& viewProj,
                               TextureStore& textures) {
-  if (!Effects().basic) return;
-  BasicEffect& effect = *Effects().basic;
-  SetInputLayout(LayoutKind::kMesh);
+  if (!device_.Effects().basic) return;
+  BasicEffect& effect = *device_.Effects().basic;
+  device_.Assembler().SetInputLayout(LayoutKind::kMesh);
   listed_.ForEach(
       *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
         const MeshRecord& record = BindMesh(mesh);
@@ -76,17 +75,17 @@ void MeshCompHandler::DrawLit(const LevelMeshes& meshes, const glm::mat4& viewPr
         const MaterialBlock material = ReadMaterial(object);
         effect.SetRaw(effect.Var(BasicVar::gMaterial), &material, sizeof(material));
         effect.SetFloat(effect.Var(BasicVar::gHasShadow), ReadShadowFlag(object));
-        DrawPasses(effect, choice.technique, record);
+        DrawPasses(device_.Assembler(), effect, choice.technique, record);
       });
 }
 
 void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewProj,
                                TextureStore& textures) {
-  if (!Effects().glowMap) return;
-  RenderGlowMapEffect& effect = *Effects().glowMap;
-  BasicEffect* basic = Effects().basic.get();
+  if (!device_.Effects().glowMap) return;
+  RenderGlowMapEffect& effect = *device_.Effects().glowMap;
+  BasicEffect* basic = device_.Effects().basic.get();
   const uint32_t textureNameKey = KeyOf(WellKnown::TextureName);
-  SetInputLayout(LayoutKind::kMesh);
+  device_.Assembler().SetInputLayout(LayoutKind::kMesh);
   listed_.ForEach(
       *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
         const std::optional<glm::vec4> glow = ReadGlowColour(object);
@@ -104,16 +103,16 @@ void MeshCompHandler::DrawGlow(const LevelMeshes& meshes, const glm::mat4& viewP
         for (uint32_t pass = 0; pass < effect.PassCount(technique); ++pass) {
           effect.SetTexture(effect.Var(GlowVar::gDiffuseMap), texture);
           effect.ApplyPass(technique, pass);
-          DrawIndexed(record.indexCount, 0, 0);
+          device_.Assembler().DrawIndexed(record.indexCount, 0, 0);
         }
       });
 }
 
 void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
   const LevelMeshes meshes = FindCurrentLevelMeshes();
-  if (meshes.list == nullptr || !Effects().shadowMap) return;
-  BuildShadowMapEffect& effect = *Effects().shadowMap;
-  SetInputLayout(LayoutKind::kMesh);
+  if (meshes.list == nullptr || !device_.Effects().shadowMap) return;
+  BuildShadowMapEffect& effect = *device_.Effects().shadowMap;
+  device_.Assembler().SetInputLayout(LayoutKind::kMesh);
   effect.SetMatrix(effect.Var(ShadowVar::gViewProj), lightViewProj);
   listed_.ForEach(
       *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
@@ -123,22 +122,22 @@ void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
         effect.SetMatrix(effect.Var(ShadowVar::gWorldInvTranspose), glm::inverseTranspose(world));
         effect.SetMatrix(effect.Var(ShadowVar::gWorldViewProj), lightViewProj * world);
         effect.SetMatrix(effect.Var(ShadowVar::gTexTransform), ReadTextureTransform(object));
-        DrawPasses(effect, ShadowTech::BuildShadowMapTech, record);
+        DrawPasses(device_.Assembler(), effect, ShadowTech::BuildShadowMapTech, record);
       });
 }
 
 void MeshCompHandler::DrawDebugLines(const glm::mat4& viewProj) {
   const LevelMeshes meshes = FindCurrentLevelMeshes();
-  if (meshes.list == nullptr || !Effects().color) return;
-  ColorEffect& effect = *Effects().color;
+  if (meshes.list == nullptr || !device_.Effects().color) return;
+  ColorEffect& effect = *device_.Effects().color;
   const MeshRecord& box = store_.DebugMesh();
-  BindVertexBuffer(0, box.vertices, sizeof(DebugVertex));
-  BindIndexBuffer(box.indices);
+  device_.Assembler().BindVertexBuffer(0, box.vertices, sizeof(DebugVertex));
+  device_.Assembler().BindIndexBuffer(box.indices);
   effect.SetVector(effect.Var(ColorVar::gColor), kUseVertexColour);
   // The 2 x 2 x 2 box bounds every radius-1 primitive under the object's own transform.
   listed_.ForEach(*meshes.list, *meshes.gameObjects, [&](const Database& object, const Database&) {
     effect.SetMatrix(effect.Var(ColorVar::gWVP), viewProj * ReadWorldMatrix(object));
-    DrawPasses(effect, ColorTech::ColorTech, box);
+    DrawPasses(device_.Assembler(), effect, ColorTech::ColorTech, box);
   });
 }
 

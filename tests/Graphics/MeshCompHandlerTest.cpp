@@ -4,11 +4,8 @@
 // and the passes drawn with the scene effects from game/shaders: what reaches GL is counted with a
 // primitives-generated query, and the program left current shows which technique drew. The store
 // outlives tests run in one process, so indices are compared with each other, not with numbers.
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/MeshCompHandler.h"
 #include "Graphics/Meshes/PrimitiveCatalogue.h"
-#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "RendererFixture.h"
 
 namespace grindle::gfx {
@@ -169,7 +166,7 @@ TEST_F(MeshCompHandlerTest, EachPassDrawsItsListedObjectsWithTheTechniqueOfTheir
       .Add<double>("IgnoreShadows", 1.0);
   StartLevel("Arena");
   const uint32_t box = Triangles("Box.mesh"), ball = Triangles("Sphere.mesh");
-  BasicEffect& basic = *Effects().basic;
+  BasicEffect& basic = *Renderer().Device().Effects().basic;
   const TechniqueHandle lampTechnique = basic.Tech(LitTech::D3D10_Tex_Spec_Norm);
   const TechniqueHandle ballTechnique = basic.Tech(LitTech::D3D10_NoTextures);
   const uint32_t lampPasses = basic.PassCount(lampTechnique);
@@ -198,23 +195,24 @@ TEST_F(MeshCompHandlerTest, EachPassDrawsItsListedObjectsWithTheTechniqueOfTheir
   EXPECT_EQ(textures.Find("NoLampNormal.png"), textures.DefaultTexture());
   EXPECT_NE(textures.Find("Crate.png"), textures.DefaultTexture());
 
-  RenderGlowMapEffect& glowMap = *Effects().glowMap;
+  RenderGlowMapEffect& glowMap = *Renderer().Device().Effects().glowMap;
   const uint32_t glowPasses = glowMap.PassCount(glowMap.Tech(GlowTech::D3D10_NonSkinnedTech));
   ASSERT_GT(glowPasses, 0u);
   EXPECT_EQ(drawnByLitOrGlowPass(true), box * glowPasses);
-  BuildShadowMapEffect& shadow = *Effects().shadowMap;
+  BuildShadowMapEffect& shadow = *Renderer().Device().Effects().shadowMap;
   const uint32_t shadowPasses = shadow.PassCount(shadow.Tech(ShadowTech::BuildShadowMapTech));
   ASSERT_GT(shadowPasses, 0u);
   // Objects that ignore shadows still cast them.
   EXPECT_EQ(PrimitivesDrawnBy([&] { Handler().DrawShadowCasters(glm::mat4(1.0f)); }),
             (box + ball) * shadowPasses);
-  ColorEffect& colour = *Effects().color;
+  ColorEffect& colour = *Renderer().Device().Effects().color;
   const uint32_t colourPasses = colour.PassCount(colour.Tech(ColorTech::ColorTech));
   ASSERT_GT(colourPasses, 0u);
-  SetInputLayout(LayoutKind::kPosColor);
-  SetTopology(Topology::kLineStrip);
+  InputAssembler& assembler = Renderer().Device().Assembler();
+  assembler.SetInputLayout(LayoutKind::kPosColor);
+  assembler.SetTopology(Topology::kLineStrip);
   const GLuint segments = PrimitivesDrawnBy([&] { Handler().DrawDebugLines(glm::mat4(1.0f)); });
-  SetTopology(Topology::kTriangleList);
+  assembler.SetTopology(Topology::kTriangleList);
   // One strip through the debug box's indices per object.
   EXPECT_EQ(segments, 2 * (BuildDebugMesh().indices.size() - 1) * colourPasses);
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));

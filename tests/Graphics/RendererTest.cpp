@@ -15,6 +15,7 @@
 #include "Graphics/Effects/EffectSlots.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Input/Keyboard.h"
 #include "RendererFixture.h"
 
 namespace grindle::gfx {
@@ -118,6 +119,50 @@ TEST_F(RendererTest, TheMainCameraDrivesViewAndListenerWhilePausingFreezesAllBut
   StartLevel("NoCamera");
   Frame();
   EXPECT_EQ(Renderer().View(), lastView);
+}
+
+// The digit keys reach the renderer only as the input system's "Keyboard" payload, sampled here
+// from SDL's key state as the input system samples it; the view changes on a key's press edge.
+TEST_F(RendererTest, DigitKeysChooseTheDebugViewOnTheirPressEdgeFromTheKeyboardPayload) {
+  AddLevel("Keys");
+  StartLevel("Keys");
+  Uint8* keys = const_cast<Uint8*>(SDL_GetKeyboardState(nullptr));
+  Keyboard keyboard;
+  const auto hold = [&](std::initializer_list<SDL_Scancode> down, bool send = true) {
+    for (SDL_Scancode key :
+         {SDL_SCANCODE_0, SDL_SCANCODE_1, SDL_SCANCODE_2, SDL_SCANCODE_3, SDL_SCANCODE_4})
+      keys[key] = 0;
+    for (SDL_Scancode key : down) keys[key] = 1;
+    keyboard.Sample();
+    if (send) messages_.SendArgs("Keyboard", keyboard);
+    Frame();
+    return Renderer().DebugViewIndex();
+  };
+  const struct {
+    std::initializer_list<SDL_Scancode> down;
+    bool send;
+    int view;
+  } steps[] = {
+      {{SDL_SCANCODE_0}, true, 0},
+      {{}, true, 0},
+      // Held in SDL but never sent: the renderer does not look at the keyboard behind input's back.
+      {{SDL_SCANCODE_2}, false, 0},
+      {{}, true, 0},
+      {{SDL_SCANCODE_2}, true, 2},
+      {{SDL_SCANCODE_2}, true, 2},
+      // 1 goes down while 2 is still held: only 1 has a press edge.
+      {{SDL_SCANCODE_1, SDL_SCANCODE_2}, true, 1},
+      {{}, true, 1},
+      // Two edges in one frame: the later digit wins.
+      {{SDL_SCANCODE_0, SDL_SCANCODE_3}, true, 3},
+      {{}, true, 3},
+      {{SDL_SCANCODE_4}, true, 3},  // only 0..3 choose a view
+      {{SDL_SCANCODE_0}, true, 0},
+  };
+  for (size_t i = 0; i < std::size(steps); ++i) {
+    EXPECT_EQ(hold(steps[i].down, steps[i].send), steps[i].view) << "step " << i;
+  }
+  hold({});
 }
 
 TEST_F(RendererTest, ResolutionNamesAndFieldOfViewRebuildTargetsAndProjections) {
@@ -253,27 +298,29 @@ TEST_F(RendererTest, ShadersLoadOnceAndAnEffectFileChangedUnderTheWatchedTreeIsR
     SendNow("LoadShaders");
   };
   restart();
-  const Effect* color = Effects().color.get();
-  const Effect* basic = Effects().basic.get();
+  const Effect* color = Renderer().Device().Effects().color.get();
+  const Effect* basic = Renderer().Device().Effects().basic.get();
   messages_.Send("LoadShaders");
   messages_.Send("LoadRemainingShaders");
   messages_.SendArgs("ResourceReloaded", std::string("Assets/Textures/Asphalt.png"));
   messages_.SendArgs("ResourceReloaded", std::string("shaders/NotAnEffect.fx"));
   Deliver();
-  EXPECT_EQ(Effects().color.get(), color);
-  EXPECT_EQ(Effects().basic.get(), basic);
+  EXPECT_EQ(Renderer().Device().Effects().color.get(), color);
+  EXPECT_EQ(Renderer().Device().Effects().basic.get(), basic);
 
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   std::ofstream(tree / "shaders" / "color.fx") << "// saved by a shader author\n";
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-  while (Effects().color.get() == color && std::chrono::steady_clock::now() < deadline) {
+  while (Renderer().Device().Effects().color.get() == color &&
+         std::chrono::steady_clock::now() < deadline) {
     resources->Update();
     Deliver();
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
-  EXPECT_NE(Effects().color.get(), color);
-  EXPECT_TRUE(Effects().color->IsLoaded());  // rebuilt from the file the game reads
-  EXPECT_EQ(Effects().basic.get(), basic);
+  EXPECT_NE(Renderer().Device().Effects().color.get(), color);
+  EXPECT_TRUE(
+      Renderer().Device().Effects().color->IsLoaded());  // rebuilt from the file the game reads
+  EXPECT_EQ(Renderer().Device().Effects().basic.get(), basic);
   // The renderer lets go of its registrations before the manager goes away.
   systems.Remove("ResourceManager");
   restart();
@@ -292,11 +339,11 @@ TEST_F(RendererTest, BothRenderApisGiveTheOpenGLRendererAndOthersNone) {
   ASSERT_TRUE(CaptureStdout([&] { EXPECT_TRUE(graphics.CreateRenderer()); }).empty());
   EXPECT_EQ(graphics.Renderer(), CurrentRenderer());
   EXPECT_TRUE(Renderer().IsFullScreen());  // a new renderer starts in full screen again
-  EXPECT_FALSE(SceneShadersLoaded());
+  EXPECT_FALSE(Renderer().Device().SceneShadersLoaded());
   graphics.SetRenderApi(kRenderApiPrimary);
   messages_.Send("FullScreenMSG");
   SendNow("LoadShaders");
-  EXPECT_TRUE(SceneShadersLoaded());
+  EXPECT_TRUE(Renderer().Device().SceneShadersLoaded());
 }
 
 using RendererDeathTest = RendererTest;

@@ -57,42 +57,35 @@ const std::vector<SlotRecord>& SlotTable() {
 
 std::string PathOf(const SlotRecord& slot) { return std::string(kShaderFolder) + slot.file; }
 
-void CreateSet(bool isStartup) {
+}  // namespace
+
+void EffectLibrary::CreateSet(bool isStartup) {
   for (const SlotRecord& slot : SlotTable()) {
-    if (slot.isStartup == isStartup) slot.create(Effects(), PathOf(slot));
+    if (slot.isStartup == isStartup) slot.create(slots_, PathOf(slot));
   }
 }
 
-bool gSceneShadersLoaded = false;
-
-}  // namespace
-
-EffectSlots& Effects() {
-  static EffectSlots slots;
-  return slots;
-}
-
-void LoadStartupShaders(MessageHandler& messages) {
-  messages.Listen("ResourceReloaded", kListenerOwner, [](MessageArgs args) {
-    if (const std::string* name = args.Get<std::string>(0)) ReloadEffectFile(*name);
+void EffectLibrary::LoadStartup() {
+  messages_.Listen("ResourceReloaded", kListenerOwner, [this](MessageArgs args) {
+    if (const std::string* name = args.Get<std::string>(0)) Reload(*name);
   });
+  listening_ = true;
   CreateSet(true);
-  CreateStartupLayouts();
+  layouts_.CreateStartup(slots_);
 }
 
-void LoadSceneShaders() {
-  if (gSceneShadersLoaded) return;
+void EffectLibrary::LoadScene() {
+  if (sceneLoaded_) return;
   CreateSet(false);
-  gSceneShadersLoaded = true;
+  sceneLoaded_ = true;
 }
 
-bool SceneShadersLoaded() { return gSceneShadersLoaded; }
-
-void UnloadAllEffects(MessageHandler& messages) {
-  messages.UnListen("ResourceReloaded", kListenerOwner);
-  DestroyLayouts();
-  Effects() = EffectSlots{};
-  gSceneShadersLoaded = false;
+void EffectLibrary::Unload() {
+  if (listening_) messages_.UnListen("ResourceReloaded", kListenerOwner);
+  listening_ = false;
+  layouts_.Destroy();
+  slots_ = EffectSlots{};
+  sceneLoaded_ = false;
 }
 
 std::vector<std::string> EffectFilePaths() {
@@ -101,17 +94,17 @@ std::vector<std::string> EffectFilePaths() {
   return paths;
 }
 
-bool ReloadEffectFile(std::string_view fileName) {
+bool EffectLibrary::Reload(std::string_view fileName) {
   const size_t dot = fileName.rfind('.');
   if (dot == std::string_view::npos || fileName.substr(dot + 1) != "fx") return false;
   for (const SlotRecord& slot : SlotTable()) {
-    if (PathOf(slot) != fileName || slot.get(Effects()) == nullptr) continue;
-    slot.create(Effects(), std::string(fileName));
+    if (PathOf(slot) != fileName || slot.get(slots_) == nullptr) continue;
+    slot.create(slots_, std::string(fileName));
     // Layouts hold no program, but rebuild the set's layouts in case the inputs moved.
     if (slot.isStartup)
-      CreateStartupLayouts();
+      layouts_.CreateStartup(slots_);
     else
-      CreateSceneLayouts();
+      layouts_.CreateScene(slots_);
     return true;
   }
   return false;

@@ -23,7 +23,7 @@ struct LayoutRecipe {
   std::vector<Element> elements;
   uint32_t stride;
   bool isStartup;
-  Effect* (*source)();
+  const Effect* (*source)(const EffectSlots&);
 };
 
 std::vector<Element> MeshElements() {
@@ -58,15 +58,15 @@ const std::array<LayoutRecipe, static_cast<size_t>(LayoutKind::kCount)>& Recipes
         {"TEXCOORD", 0, 2, GL_FLOAT, 24, 0}},
        32,
        true,
-       [] { return static_cast<Effect*>(Effects().drawQuad.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.drawQuad.get(); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"TEXCOORD", 0, 2, GL_FLOAT, 12, 0}},
        20,
        true,
-       [] { return static_cast<Effect*>(Effects().sprite.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.sprite.get(); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}},
        12,
        true,
-       [] { return static_cast<Effect*>(Effects().sky.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.sky.get(); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0},
         {"CURPOSITION", 0, 3, GL_FLOAT, 12, 0},
         {"VELOCITY", 0, 3, GL_FLOAT, 24, 0},
@@ -76,29 +76,25 @@ const std::array<LayoutRecipe, static_cast<size_t>(LayoutKind::kCount)>& Recipes
         {"TYPE", 0, 1, GL_UNSIGNED_INT, 52, 0}},
        56,
        true,
-       [] { return static_cast<Effect*>(Effects().explosion.get()); }},
-      {MeshElements(), 44, false, [] { return static_cast<Effect*>(Effects().basic.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.explosion.get(); }},
+      {MeshElements(), 44, false,
+       [](const EffectSlots& e) -> const Effect* { return e.basic.get(); }},
       {{{"POSITION", 0, 3, GL_FLOAT, 0, 0}, {"COLOR", 0, 4, GL_FLOAT, 12, 0}},
        28,
        false,
-       [] { return static_cast<Effect*>(Effects().color.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.color.get(); }},
       {SkinnedElements(), 84, false,
-       [] { return static_cast<Effect*>(Effects().normalMap.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.normalMap.get(); }},
       {InstancedElements(), 44, false,
-       [] { return static_cast<Effect*>(Effects().instanced.get()); }},
+       [](const EffectSlots& e) -> const Effect* { return e.instanced.get(); }},
   }};
   return recipes;
 }
 
-std::array<GLuint, static_cast<size_t>(LayoutKind::kCount)> gLayouts{};
-GLuint gEmptyLayout = 0;
-LayoutKind gCurrent = LayoutKind::kPosNormalTex;
-GLuint gCurrentObject = 0;
-
-GLuint BuildLayout(const LayoutRecipe& recipe) {
+GLuint BuildLayout(const LayoutRecipe& recipe, const EffectSlots& effects) {
   GLuint vao = 0;
   glCreateVertexArrays(1, &vao);
-  const Effect* effect = recipe.source();
+  const Effect* effect = recipe.source(effects);
   const GLuint program = effect != nullptr ? effect->PassProgram(TechniqueHandle{0}, 0) : 0;
   if (program == 0) return vao;
   for (const Element& element : recipe.elements) {
@@ -118,43 +114,39 @@ GLuint BuildLayout(const LayoutRecipe& recipe) {
   return vao;
 }
 
-void CreateSet(bool isStartup) {
-  for (size_t i = 0; i < gLayouts.size(); ++i) {
-    if (Recipes()[i].isStartup != isStartup) continue;
-    if (gLayouts[i] != 0) glDeleteVertexArrays(1, &gLayouts[i]);
-    gLayouts[i] = BuildLayout(Recipes()[i]);
-  }
-  SetInputLayout(gCurrent);
-}
-
 }  // namespace
 
-void CreateStartupLayouts() { CreateSet(true); }
-void CreateSceneLayouts() { CreateSet(false); }
+void InputLayouts::CreateStartup(const EffectSlots& effects) { CreateSet(true, effects); }
+void InputLayouts::CreateScene(const EffectSlots& effects) { CreateSet(false, effects); }
 
-void DestroyLayouts() {
-  for (GLuint& vao : gLayouts) {
+void InputLayouts::CreateSet(bool isStartup, const EffectSlots& effects) {
+  for (size_t i = 0; i < layouts_.size(); ++i) {
+    if (Recipes()[i].isStartup != isStartup) continue;
+    if (layouts_[i] != 0) glDeleteVertexArrays(1, &layouts_[i]);
+    layouts_[i] = BuildLayout(Recipes()[i], effects);
+  }
+  Set(current_);
+}
+
+void InputLayouts::Destroy() {
+  for (GLuint& vao : layouts_) {
     if (vao != 0) glDeleteVertexArrays(1, &vao);
     vao = 0;
   }
-  if (gEmptyLayout != 0) glDeleteVertexArrays(1, &gEmptyLayout);
-  gEmptyLayout = 0;
-  gCurrentObject = 0;
+  if (empty_ != 0) glDeleteVertexArrays(1, &empty_);
+  empty_ = 0;
+  currentObject_ = 0;
 }
 
-void SetInputLayout(LayoutKind kind) {
-  gCurrent = kind;
-  GLuint vao = gLayouts[static_cast<size_t>(kind)];
+void InputLayouts::Set(LayoutKind kind) {
+  current_ = kind;
+  GLuint vao = layouts_[static_cast<size_t>(kind)];
   if (vao == 0) {
-    if (gEmptyLayout == 0) glCreateVertexArrays(1, &gEmptyLayout);
-    vao = gEmptyLayout;
+    if (empty_ == 0) glCreateVertexArrays(1, &empty_);
+    vao = empty_;
   }
-  gCurrentObject = vao;
+  currentObject_ = vao;
   glBindVertexArray(vao);
 }
-
-GLuint CurrentLayoutObject() { return gCurrentObject; }
-
-LayoutKind CurrentInputLayout() { return gCurrent; }
 
 }  // namespace grindle::gfx

@@ -1,5 +1,7 @@
 #include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
 
+#include "Graphics/RenderInterface/OpenGL/InputAssembler.h"
+
 namespace grindle::gfx {
 
 namespace {
@@ -24,9 +26,9 @@ constexpr uint32_t kIndices[FullScreenQuad::kIndexCount] = {0, 1, 3, 1, 2, 3};
 FullScreenQuad::FullScreenQuad()
     : vertices_(kVertices, sizeof(kVertices)), indices_(kIndices, sizeof(kIndices)) {}
 
-void FullScreenQuad::Bind() const {
-  BindVertexBuffer(0, vertices_, sizeof(QuadVertex), 0);
-  BindIndexBuffer(indices_);
+void FullScreenQuad::Bind(InputAssembler& assembler) const {
+  assembler.BindVertexBuffer(0, vertices_, sizeof(QuadVertex), 0);
+  assembler.BindIndexBuffer(indices_);
 }
 
 }  // namespace grindle::gfx

@@ -7,12 +7,14 @@
 
 namespace grindle::gfx {
 
+class InputAssembler;
+
 class FullScreenQuad {
  public:
   FullScreenQuad();
 
   // Binds both buffers into the current layout (stride 32, offset 0).
-  void Bind() const;
+  void Bind(InputAssembler& assembler) const;
   static constexpr uint32_t kIndexCount = 6;
 
  private:

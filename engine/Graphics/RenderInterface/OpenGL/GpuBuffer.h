@@ -1,6 +1,6 @@
-// Immutable GPU buffers (vertex and index data written once at creation) and the few draw calls
-// every pass uses. Main thread, GL context current. A GpuBuffer owns its GL name and frees it on
-// destruction; buffers are bound into the current input layout (see Effects/InputLayouts.h).
+// Immutable GPU buffers: vertex and index data written once at creation. Main thread, GL context
+// current. A GpuBuffer owns its GL name and frees it on destruction; buffers are bound into the
+// current input layout through the input assembler.
 #pragma once
 
 #include <epoxy/gl.h>
@@ -30,16 +30,5 @@ class GpuBuffer {
   GLuint id_ = 0;
   size_t bytes_ = 0;
 };
-
-enum class Topology : uint32_t { kTriangleList, kLineList, kLineStrip, kPointList };
-
-void SetTopology(Topology topology);
-// Slot 0 carries vertices; slot 1 per-instance data of the instanced layout.
-void BindVertexBuffer(uint32_t slot, const GpuBuffer& buffer, uint32_t stride, uint32_t offset = 0);
-// 32-bit indices.
-void BindIndexBuffer(const GpuBuffer& buffer);
-void DrawIndexed(uint32_t indexCount, uint32_t startIndex, int32_t baseVertex);
-void DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount);
-void Draw(uint32_t vertexCount, uint32_t startVertex);
 
 }  // namespace grindle::gfx

@@ -7,10 +7,10 @@
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
+#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RenderStates.h"
 
@@ -42,19 +42,10 @@ glm::mat4 ShadowViewProj(const glm::vec3& eye, const glm::vec3& direction,
   return projection * LookAtMatrix(eye, direction, up);
 }
 
-const Database* CurrentGameObjects(const Database& root) {
-  const DataHandle<std::string> current = root.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  const DataHandle<Database> levels = root.Find<Database>(KeyOf(WellKnown::Levels));
-  if (!current || !levels) return nullptr;
-  const DataHandle<Database> level = levels->Find<Database>(*current);
-  if (!level) return nullptr;
-  return level->Find<Database>(KeyOf(WellKnown::GameObjects)).Get();
-}
-
 }  // namespace
 
-LightManager::LightManager(Database& root)
-    : root_(root), defaults_(DefaultLights()), lights_(defaults_) {
+LightManager::LightManager(Database& root, RenderDevice& device)
+    : root_(root), device_(device), defaults_(DefaultLights()), lights_(defaults_), sky_(device) {
   for (RenderTarget& map : directionalMaps_)
     map.Create(kDirectionalShadowSize, kDirectionalShadowSize, false);
   for (RenderTarget& map : spotMaps_) map.Create(kSpotShadowSize, kSpotShadowSize, false);
@@ -122,7 +113,7 @@ void LightManager::Update(const glm::vec3& focus) {
   lights_ = defaults_;
   int nextDirectional = 0;
   int nextSpot = 0;
-  if (const Database* objects = CurrentGameObjects(root_)) {
+  if (const Database* objects = FindCurrentGameObjects(root_)) {
     for (const std::string& name : lightObjects_) {
       const DataHandle<Database> object = objects->Find<Database>(name);
       if (!object) continue;
@@ -151,9 +142,9 @@ void LightManager::Update(const glm::vec3& focus) {
 }
 
 void LightManager::RenderShadowMaps(MeshPass* meshes) {
-  if (meshes == nullptr || !SceneShadersLoaded()) return;
+  if (meshes == nullptr || !device_.SceneShadersLoaded()) return;
   const auto render = [&](RenderTarget& map, const glm::mat4& viewProj) {
-    map.Begin(false);
+    map.Begin();
     ResetRenderStates();
     SetRasterizerState(kRasterShadow);
     meshes->DrawShadowCasters(viewProj);
@@ -191,12 +182,13 @@ void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
                    sizeof(directionalCasts));
     effect->SetRaw(effect->Var(Var::gSpotFloateans), spotCasts.data(), sizeof(spotCasts));
   };
-  upload(Effects().basic.get(), BasicVar{});
-  upload(Effects().normalMap.get(), SkinnedVar{});
-  upload(Effects().instanced.get(), InstancedVar{});
+  EffectSlots& effects = device_.Effects();
+  upload(effects.basic.get(), BasicVar{});
+  upload(effects.normalMap.get(), SkinnedVar{});
+  upload(effects.instanced.get(), InstancedVar{});
 
   // The sky belongs to levels that ask for it with an object carrying a `Sky` entry.
-  if (const Database* objects = CurrentGameObjects(root_)) {
+  if (const Database* objects = FindCurrentGameObjects(root_)) {
     for (const std::string& name : skyObjects_) {
       if (objects->FindEntry(name) != nullptr) {
         sky_.Draw(eye, viewProj, angles_[0]);

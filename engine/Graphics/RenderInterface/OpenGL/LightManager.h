@@ -25,6 +25,7 @@ class Database;
 namespace grindle::gfx {
 
 class MeshPass;
+class RenderDevice;
 
 inline constexpr int kDirectionalShadowSize = 1024;
 inline constexpr int kSpotShadowSize = 512;
@@ -33,7 +34,7 @@ inline constexpr std::string_view kSkyEntry = "Sky";
 
 class LightManager {
  public:
-  explicit LightManager(Database& root);
+  LightManager(Database& root, RenderDevice& device);
 
   // Remembers objects with a `Light` component, and those that ask for the sky.
   void AddObject(const Database& object, std::string_view objectName);
@@ -61,6 +62,7 @@ class LightManager {
                  int& nextSpot);
 
   Database& root_;
+  RenderDevice& device_;
   LightSet defaults_;
   LightSet lights_;
   std::set<std::string> lightObjects_;

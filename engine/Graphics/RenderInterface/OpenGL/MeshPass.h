@@ -16,6 +16,7 @@ class Database;
 
 namespace grindle::gfx {
 
+class RenderDevice;
 class TextureStore;
 
 class MeshPass {
@@ -36,6 +37,6 @@ class MeshPass {
   virtual void DrawDebugLines(const glm::mat4& viewProj) = 0;
 };
 
-std::unique_ptr<MeshPass> CreateMeshPass(Database& root);
+std::unique_ptr<MeshPass> CreateMeshPass(Database& root, RenderDevice& device);
 
 }  // namespace grindle::gfx

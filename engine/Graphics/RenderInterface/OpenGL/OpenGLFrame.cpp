@@ -1,17 +1,9 @@
 // One frame in its fixed order: lights, shadows, the lit scene with fog, particles, debug lines,
 // the glow pass, post-processing, the overlay, the letterboxed composite and presenting.
-#include <stb_image_write.h>
-
-#include <glm/ext/matrix_transform.hpp>
-#include <vector>
-
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
-#include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
@@ -23,9 +15,9 @@ namespace grindle::gfx {
 
 namespace {
 
-void SetSceneLayout() {
-  SetInputLayout(LayoutKind::kPosNormalTex);
-  SetTopology(Topology::kTriangleList);
+void SetSceneLayout(InputAssembler& assembler) {
+  assembler.SetInputLayout(LayoutKind::kPosNormalTex);
+  assembler.SetTopology(Topology::kTriangleList);
 }
 
 template <class EffectType, class Var>
@@ -45,130 +37,99 @@ bool DrawSceneOverMenu(const Database& root) {
 }  // namespace
 
 void OpenGLInterface::ScenePass(const glm::mat4& viewProj, float dt) {
-  if (SceneShadersLoaded()) {
-    BasicEffect* basic = Effects().basic.get();
+  InputAssembler& assembler = device_.Assembler();
+  const glm::vec3& eye = frame_.EyePosition();
+  if (device_.SceneShadersLoaded()) {
+    EffectSlots& effects = device_.Effects();
+    BasicEffect* basic = effects.basic.get();
     basic->SetMatrix(basic->Var(BasicVar::gWorld), glm::mat4(1.0f));
-    SetEyeAndFog(basic, BasicVar{}, eyePosition_);
-    SetEyeAndFog(Effects().normalMap.get(), SkinnedVar{}, eyePosition_);
-    SetEyeAndFog(Effects().instanced.get(), InstancedVar{}, eyePosition_);
+    SetEyeAndFog(basic, BasicVar{}, eye);
+    SetEyeAndFog(effects.normalMap.get(), SkinnedVar{}, eye);
+    SetEyeAndFog(effects.instanced.get(), InstancedVar{}, eye);
     ResetRenderStates();
-    lights_->Apply(eyePosition_, viewProj);
-    if (meshes_) meshes_->Draw(false, viewProj, *textures_);
+    lights_->Apply(eye, viewProj);
+    meshes_->Draw(false, viewProj, device_.Textures());
     models_.Draw(0, viewProj);
   }
   particles_.Draw(viewProj, dt);
-  SetSceneLayout();
+  SetSceneLayout(assembler);
   ResetRenderStates();
-  if (debugDraw_ && meshes_ && SceneShadersLoaded()) {
-    SetInputLayout(LayoutKind::kPosColor);
-    SetTopology(Topology::kLineStrip);
+  if (debugDraw_ && device_.SceneShadersLoaded()) {
+    assembler.SetInputLayout(LayoutKind::kPosColor);
+    assembler.SetTopology(Topology::kLineStrip);
     ResetRenderStates();
     meshes_->DrawDebugLines(viewProj);
   }
 }
 
 void OpenGLInterface::GlowPass(const glm::mat4& viewProj) {
-  if (!SceneShadersLoaded()) return;
+  if (!device_.SceneShadersLoaded()) return;
   ResetRenderStates();
-  currentGlow_->Begin(false);
-  if (meshes_) meshes_->Draw(true, viewProj, *textures_);
+  targets_.CurrentGlow()->Begin();
+  meshes_->Draw(true, viewProj, device_.Textures());
   models_.Draw(1, viewProj);
-  currentGlow_->End();
+  targets_.CurrentGlow()->End();
 }
 
 void OpenGLInterface::OverlayPass(const glm::mat4& viewProj) {
-  overlayTarget_.Begin(true);
-  SetSceneLayout();
+  targets_.Overlay().Begin(targets_.AlternateClearColor());
+  SetSceneLayout(device_.Assembler());
   ResetRenderStates(kBlendOverlay);
-  messages_.SendArgs("Update3DSoundListener", static_cast<double>(eyePosition_.x),
-                     static_cast<double>(eyePosition_.y), static_cast<double>(eyePosition_.z),
-                     static_cast<double>(lookDirection_.x), static_cast<double>(lookDirection_.y),
-                     static_cast<double>(lookDirection_.z));
+  const glm::vec3& eye = frame_.EyePosition();
+  const glm::vec3& look = frame_.LookDirection();
+  messages_.SendArgs("Update3DSoundListener", static_cast<double>(eye.x),
+                     static_cast<double>(eye.y), static_cast<double>(eye.z),
+                     static_cast<double>(look.x), static_cast<double>(look.y),
+                     static_cast<double>(look.z));
   sprites_.Draw(viewProj, static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
-  overlayTarget_.End();
+  targets_.Overlay().End();
 }
 
 void OpenGLInterface::Render(float dt) {
   if (minimized_) return;
-  const glm::mat4 viewProj = projection_ * view_;
-  SetSceneLayout();
-  lights_->Update(eyePosition_);
+  InputAssembler& assembler = device_.Assembler();
+  const glm::mat4 viewProj = frame_.Projection() * frame_.View();
+  SetSceneLayout(assembler);
+  lights_->Update(frame_.EyePosition());
   ResetRenderStates();
   models_.AdvanceAnimation(viewProj, dt);
   lights_->RenderShadowMaps(meshes_.get());
 
-  context_.BindBackBuffer();
-  context_.ClearBackBuffer();
+  device_.Context().BindBackBuffer();
+  device_.Context().ClearBackBuffer();
 
-  DrawQuadEffect* quad = Effects().drawQuad.get();
+  DrawQuadEffect* quad = device_.Effects().drawQuad.get();
   if (quad != nullptr) quad->SetMatrix(quad->Var(QuadVar::gWorldViewProj), glm::mat4(1.0f));
-  sceneTarget_.Begin(false);
-  SetSceneLayout();
+  targets_.Scene().Begin();
+  SetSceneLayout(assembler);
   ScenePass(viewProj, dt);
-  sceneTarget_.End();
+  targets_.Scene().End();
 
   GlowPass(viewProj);
 
-  SetSceneLayout();
-  quad_->Bind();
-  finalImage_ = postProcessing_->ApplyGlow(&sceneTarget_, currentGlow_, previousGlow_);
-  finalImage_ = postProcessing_->ApplyOrdered(finalImage_);
+  SetSceneLayout(assembler);
+  device_.Quad().Bind(assembler);
+  RenderTarget* image = postProcessing_->ApplyGlow(&targets_.Scene(), targets_.CurrentGlow(),
+                                                   targets_.PreviousGlow());
+  image = postProcessing_->ApplyOrdered(image);
 
   OverlayPass(viewProj);
-  FinalComposite();
+  FinalComposite(*image);
 
-  if (!context_.Present()) {
+  if (!device_.Context().Present()) {
     minimized_ = true;
     messages_.Send("MinimizeWindow");
   }
 }
 
-void OpenGLInterface::DrawLayer(const RenderTarget& layer, const glm::mat4& world) {
-  DrawQuadEffect* quad = Effects().drawQuad.get();
-  if (quad == nullptr) return;
-  quad->SetMatrix(quad->Var(QuadVar::gWorldViewProj), world);
-  quad->SetTexture(quad->Var(QuadVar::gTexture), layer.ColorTexture());
-  const TechniqueHandle technique = quad->Tech(QuadTech::DrawImageTech);
-  for (uint32_t pass = 0; pass < quad->PassCount(technique); ++pass) {
-    quad->ApplyPass(technique, pass);
-    DrawIndexed(FullScreenQuad::kIndexCount, 0, 0);
-  }
-}
-
-void OpenGLInterface::FinalComposite() {
+void OpenGLInterface::FinalComposite(const RenderTarget& image) {
   ResetRenderStates();
-  SetSceneLayout();
-  quad_->Bind();
-  context_.BindBackBuffer();
-  const glm::vec2 scale = LetterboxScale(clientWidth_, clientHeight_, renderWidth_, renderHeight_);
-  const glm::mat4 letterbox = glm::scale(glm::mat4(1.0f), glm::vec3(scale, 1.0f));
-  if (DrawSceneOverMenu(root_)) {
-    DrawLayer(overlayTarget_, letterbox);
-    // Picture in picture: half size, moved right and down (scale, then translate).
-    const glm::mat4 inset =
-        glm::translate(glm::mat4(1.0f), glm::vec3(0.1f * scale.x, -0.3f * scale.y, 0.0f)) *
-        glm::scale(glm::mat4(1.0f), glm::vec3(0.5f * scale.x, 0.5f * scale.y, 1.0f));
-    DrawLayer(*finalImage_, inset);
-  } else {
-    DrawLayer(*finalImage_, letterbox);
-    DrawLayer(overlayTarget_, letterbox);
-  }
+  SetSceneLayout(device_.Assembler());
+  device_.Quad().Bind(device_.Assembler());
+  device_.Context().BindBackBuffer();
+  targets_.Composite(device_, image, DrawSceneOverMenu(root_),
+                     LetterboxScale(clientWidth_, clientHeight_, renderWidth_, renderHeight_));
   ResetRenderStates();
-}
-
-bool OpenGLInterface::WriteScreenshot(const std::string& fileName) const {
-  const int width = context_.BackBufferWidth();
-  const int height = context_.BackBufferHeight();
-  if (width <= 0 || height <= 0) return false;
-  std::vector<unsigned char> pixels(static_cast<size_t>(width) * static_cast<size_t>(height) * 4u);
-  glPixelStorei(GL_PACK_ALIGNMENT, 1);
-  // Row 0 of the back buffer is the top of the image, which is the order PNG rows go in.
-  glBindFramebuffer(GL_READ_FRAMEBUFFER, context_.BackBufferFramebuffer());
-  glReadBuffer(GL_COLOR_ATTACHMENT0);
-  glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-  // The composite's alpha is not an image property; the file is opaque as the screen shows it.
-  for (size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
-  return stbi_write_png(fileName.c_str(), width, height, 4, pixels.data(), width * 4) != 0;
 }
 
 }  // namespace grindle::gfx

@@ -1,36 +1,40 @@
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 
+#include <cmath>
+
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
 #include "Core/MetaResource.h"
 #include "Core/ResourceManager.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
+#include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
 #include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
-#include "Graphics/RenderInterface/OpenGL/RenderStates.h"
 #include "Graphics/RenderInterface/OpenGL/RendererMessages.h"
-#include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "Platform/Dialogs.h"
 
 namespace grindle::gfx {
 
 namespace {
 
+// The one process-wide pointer to the renderer, as the graphics system's contract names it.
 OpenGLInterface* gCurrentRenderer = nullptr;
 
 // An effect file the resource manager watches. The wrapper is rebuilt when the "ResourceReloaded"
-// announcement is delivered (the effect slots listen to it), so this reload has nothing of its own
-// to do; registering is what makes the manager announce the file.
+// announcement is delivered (the effect library listens to it), so this reload has nothing of its
+// own to do; registering is what makes the manager announce the file.
 class EffectFileResource final : public MetaResource {
  public:
   using MetaResource::MetaResource;
   void Reload() override {}
 };
+
+bool IsMenuLevel(std::string_view name) {
+  return name == "LevelTitleScreen" || name == "LoadingScreen" || name == "SplashScreens";
+}
 
 }  // namespace
 
@@ -38,48 +42,46 @@ OpenGLInterface* CurrentRenderer() { return gCurrentRenderer; }
 
 OpenGLInterface::OpenGLInterface(Database& root, MessageHandler& messages, int clientWidth,
                                  int clientHeight)
-    : RenderInterface(clientWidth, clientHeight), root_(root), messages_(messages) {
+    : RenderInterface(clientWidth, clientHeight),
+      root_(root),
+      messages_(messages),
+      device_(messages),
+      frame_(root),
+      sprites_(device_),
+      particles_(device_),
+      models_(device_) {
   gCurrentRenderer = this;
 }
 
-// Members that own GL objects are declared after the context, so they go before it.
 OpenGLInterface::~OpenGLInterface() {
-  if (context_.IsCreated()) {
+  if (device_.IsCreated()) {
     RendererMessages::StopListening(messages_);
     for (auto& file : effectFiles_) {
       if (resourceManager_ != nullptr) resourceManager_->Unregister(file.get());
     }
-    UnloadAllEffects(messages_);
   }
   if (gCurrentRenderer == this) gCurrentRenderer = nullptr;
 }
 
 bool OpenGLInterface::Initialize(SDL_Window* window) {
   windowHandle_ = window;
-  if (!context_.Create(window)) {
+  if (!device_.Create(window)) {
     platform::ShowMessageBox("", "OpenGL Device Creation Failed.");
     return false;
   }
-  context_.ResizeBackBuffer(clientWidth_, clientHeight_);
-  context_.SetFullScreen(fullScreen_);
-  ResetRenderStates();
-
-  LoadStartupShaders(messages_);
+  device_.Context().ResizeBackBuffer(clientWidth_, clientHeight_);
+  device_.Context().SetFullScreen(fullScreen_);
   RegisterEffectFiles();
 
-  textures_ = std::make_unique<TextureStore>(kDefaultTextureName);
-  meshes_ = CreateMeshPass(root_);
-  lights_ = std::make_unique<LightManager>(root_);
-  postProcessing_ = std::make_unique<PostProcessChain>();
+  meshes_ = CreateMeshPass(root_, device_);
+  lights_ = std::make_unique<LightManager>(root_, device_);
+  postProcessing_ = std::make_unique<PostProcessChain>(device_);
 
   SetResolution(renderWidth_, renderHeight_);
-
-  quad_ = std::make_unique<FullScreenQuad>();
-  view_ = glm::mat4(1.0f);
   // The matrices are rebuilt at once rather than left as identity until the first resize arrives.
   SetFieldOfView(-1.0f);
 
-  RendererMessages::Listen(messages_);
+  RendererMessages::Listen(messages_, root_, *this);
   messages_.Send("ShowWindow");
   messages_.Send("WindowActivated");
   OnClientSize(clientWidth_, clientHeight_);
@@ -101,38 +103,110 @@ void OpenGLInterface::RegisterEffectFiles() {
 
 void OpenGLInterface::Resize() {
   if (minimized_) return;
-  GRINDLE_ASSERT_TEXT(!context_.IsCreated(), "!pDevice_", "OpenGL device pointer is NULL!");
+  GRINDLE_ASSERT_TEXT(!device_.IsCreated(), "!pDevice_", "OpenGL device pointer is NULL!");
   GRINDLE_ASSERT_TEXT(windowHandle_ == nullptr, "!pSwapChain_", "OpenGL swap chain is NULL!");
-  context_.ResizeBackBuffer(clientWidth_, clientHeight_);
-  context_.BindBackBuffer();
+  device_.Context().ResizeBackBuffer(clientWidth_, clientHeight_);
+  device_.Context().BindBackBuffer();
   SetFieldOfView(-1.0f);
   OnClientSize(clientWidth_, clientHeight_);
 }
 
 void OpenGLInterface::SetFieldOfView(float radians) {
   fieldOfView_ = ClampFieldOfView(fieldOfView_, radians);
-  const float aspect = static_cast<float>(renderWidth_) / static_cast<float>(renderHeight_);
-  projection_ = PerspectiveMatrix(fieldOfView_, aspect);
-  orthographic_ =
-      OrthographicMatrix(static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
+  frame_.SetLens(fieldOfView_, renderWidth_, renderHeight_);
 }
 
 void OpenGLInterface::SetResolution(int width, int height) {
   renderWidth_ = width;
   renderHeight_ = height;
-  for (RenderTarget* target :
-       {&glowTargetA_, &glowTargetB_, &overlayTarget_, &sceneTarget_, &spareTarget_}) {
-    target->Create(width, height, true, GL_RGBA8);
-  }
+  targets_.Create(width, height);
   postProcessing_->Resize(width, height);
   Resize();
 }
 
 void OpenGLInterface::SetFullScreen(bool on) {
   fullScreen_ = on;
-  context_.SetFullScreen(on);
+  device_.Context().SetFullScreen(on);
   Resize();
   messages_.Send("ShowWindow");
+}
+
+void OpenGLInterface::SetClientSize(int width, int height) {
+  clientWidth_ = width;
+  clientHeight_ = height;
+}
+
+bool OpenGLInterface::WriteScreenshot(const std::string& fileName) const {
+  return device_.Context().WriteBackBufferPng(fileName);
+}
+
+void OpenGLInterface::SetPostProcessing(std::string_view names) {
+  postProcessing_->SetOrder(names);
+}
+
+void OpenGLInterface::AddObject(const DataHandle<Database>& object, std::string_view objectName) {
+  if (!object) return;
+  meshes_->AddObject(object, objectName);
+  models_.AddObject(*object, objectName);
+  lights_->AddObject(*object, objectName);
+  particles_.AddObject(*object, objectName);
+}
+
+void OpenGLInterface::RemoveObject(std::string_view objectName) {
+  meshes_->RemoveObject(objectName);
+  models_.RemoveObject(objectName);
+  lights_->RemoveObject(objectName);
+  particles_.RemoveObject(objectName);
+}
+
+void OpenGLInterface::OnLevelStart(std::string_view levelName) {
+  const DataHandle<Database> dhCurLevel = FindLevel(root_, levelName);
+  GRINDLE_ASSERT(!dhCurLevel.IsValid(), "Current level not found");
+  Database& level = *dhCurLevel;
+  sprites_.SetLevel(level);
+  frame_.OnLevelStart(level);
+  meshes_->BuildLevelLists(level);
+}
+
+void OpenGLInterface::OnUnloadLevel(std::string_view levelName) {
+  const DataHandle<Database> level = FindLevel(root_, levelName);
+  if (!level) return;
+  const DataHandle<Database> objects = level->Find<Database>(KeyOf(WellKnown::GameObjects));
+  if (!objects) return;
+  for (const Database::Record& record : objects->Records()) lights_->RemoveObject(record.name);
+}
+
+void OpenGLInterface::OnWindowActivated() {
+  minimized_ = false;
+  if (restoreFullScreen_) SetFullScreen(true);
+  const DataHandle<std::string> current = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
+  if (current && IsMenuLevel(*current)) {
+    if (const DataHandle<bool> paused = root_.Find<bool>(KeyOf(WellKnown::isGamePaused)))
+      *paused = false;
+    else
+      root_.Add<bool>("isGamePaused", false);
+  }
+  messages_.Send("ShowWindow");
+}
+
+void OpenGLInterface::OnWindowDeactivated() {
+  if (fullScreen_) {
+    restoreFullScreen_ = true;
+    messages_.Send("MinimizeWindow");
+    SetFullScreen(false);
+  } else {
+    restoreFullScreen_ = false;
+  }
+}
+
+void OpenGLInterface::Update(float dt) {
+  if (!frame_.Advance(dt)) return;
+  const float clock = frame_.AnimationClock();
+  lights_->SetAnimationAngles(std::sin(clock * 0.2f) * 90.0f, std::cos(clock * 0.2f) * 90.0f);
+  if (frame_.FoundTrackedObject())
+    lights_->SetTrackedSpotPosition(frame_.TrackedPoint().x, frame_.TrackedPoint().z);
+  targets_.SwapGlow();
+  particles_.SetEyePosition(frame_.EyePosition());
 }
 
 }  // namespace grindle::gfx

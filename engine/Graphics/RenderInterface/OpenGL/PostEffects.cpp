@@ -1,8 +1,6 @@
 #include "Graphics/RenderInterface/OpenGL/PostEffects.h"
 
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
-#include "Graphics/RenderInterface/OpenGL/GpuBuffer.h"
+#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 #include "Graphics/RenderInterface/OpenGL/RenderStates.h"
 
 namespace grindle::gfx {
@@ -16,10 +14,11 @@ int Half(int size) { return size > 1 ? size / 2 : 1; }
 
 }  // namespace
 
-void DrawImagePass(QuadTech technique, RenderTarget& target, GLuint source, GLuint second) {
-  DrawQuadEffect* quad = Effects().drawQuad.get();
+void DrawImagePass(RenderDevice& device, QuadTech technique, RenderTarget& target, GLuint source,
+                   GLuint second) {
+  DrawQuadEffect* quad = device.Effects().drawQuad.get();
   if (quad == nullptr) return;
-  target.Begin(false);
+  target.Begin();
   ResetRenderStates();
   SetDepthStencilState(kDepthDisabled);
   quad->SetTexture(quad->Var(QuadVar::gTexture), source);
@@ -27,13 +26,13 @@ void DrawImagePass(QuadTech technique, RenderTarget& target, GLuint source, GLui
   const TechniqueHandle handle = quad->Tech(technique);
   for (uint32_t pass = 0; pass < quad->PassCount(handle); ++pass) {
     quad->ApplyPass(handle, pass);
-    DrawIndexed(FullScreenQuad::kIndexCount, 0, 0);
+    device.Assembler().DrawIndexed(FullScreenQuad::kIndexCount, 0, 0);
   }
   target.End();
 }
 
 RenderTarget* ImagePostEffect::Apply(RenderTarget* input) {
-  DrawImagePass(technique_, target_, input->ColorTexture());
+  DrawImagePass(device_, technique_, target_, input->ColorTexture());
   return &target_;
 }
 
@@ -43,8 +42,8 @@ void BlurPostEffect::Resize(int width, int height) {
 }
 
 RenderTarget* BlurPostEffect::Blur(GLuint source) {
-  DrawImagePass(QuadTech::BlurHorizontalTech, horizontal_, source);
-  DrawImagePass(QuadTech::BlurVerticalTech, vertical_, horizontal_.ColorTexture());
+  DrawImagePass(device_, QuadTech::BlurHorizontalTech, horizontal_, source);
+  DrawImagePass(device_, QuadTech::BlurVerticalTech, vertical_, horizontal_.ColorTexture());
   return &vertical_;
 }
 
@@ -57,11 +56,12 @@ void BloomPostEffect::Resize(int width, int height) {
 }
 
 RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
-  DrawImagePass(QuadTech::BloomTech, bright_, input->ColorTexture());
+  DrawImagePass(device_, QuadTech::BloomTech, bright_, input->ColorTexture());
   const RenderTarget* blurred = blur_.Blur(bright_.ColorTexture());
-  if (DrawQuadEffect* quad = Effects().drawQuad.get())
+  if (DrawQuadEffect* quad = device_.Effects().drawQuad.get())
     quad->SetFloat(quad->Var(QuadVar::gBlendFactor), 1.0f);
-  DrawImagePass(QuadTech::AddTech, result_, input->ColorTexture(), blurred->ColorTexture());
+  DrawImagePass(device_, QuadTech::AddTech, result_, input->ColorTexture(),
+                blurred->ColorTexture());
   return &result_;
 }
 
@@ -72,13 +72,14 @@ void GlowPostEffect::Resize(int width, int height) {
 }
 
 RenderTarget* GlowPostEffect::Apply(RenderTarget* input) {
-  DrawQuadEffect* quad = Effects().drawQuad.get();
+  DrawQuadEffect* quad = device_.Effects().drawQuad.get();
   if (quad == nullptr || current_ == nullptr || previous_ == nullptr) return input;
   quad->SetFloat(quad->Var(QuadVar::gBlendFactor), kPreviousGlowWeight);
-  DrawImagePass(QuadTech::AddTech, mixed_, current_->ColorTexture(), previous_->ColorTexture());
+  DrawImagePass(device_, QuadTech::AddTech, mixed_, current_->ColorTexture(),
+                previous_->ColorTexture());
   const RenderTarget* blurred = blur_.Blur(mixed_.ColorTexture());
   quad->SetTexture(quad->Var(QuadVar::gGlowTexture), blurred->ColorTexture());
-  DrawImagePass(QuadTech::GlowTech, result_, input->ColorTexture());
+  DrawImagePass(device_, QuadTech::GlowTech, result_, input->ColorTexture());
   return &result_;
 }
 

@@ -7,18 +7,24 @@
 
 namespace grindle::gfx {
 
-// Draws `source` (and `second` as gTexture2 when given) into `target` with one technique.
-void DrawImagePass(QuadTech technique, RenderTarget& target, GLuint source, GLuint second = 0);
+class RenderDevice;
+
+// Draws `source` (and `second` as gTexture2 when given) into `target` with one technique; the
+// full-screen quad must be bound.
+void DrawImagePass(RenderDevice& device, QuadTech technique, RenderTarget& target, GLuint source,
+                   GLuint second = 0);
 
 // One technique over the whole image (grey scale, sepia, black and white, hue, Sobel, outline).
 class ImagePostEffect final : public IPostEffect {
  public:
-  ImagePostEffect(const char* name, QuadTech technique) : name_(name), technique_(technique) {}
+  ImagePostEffect(RenderDevice& device, const char* name, QuadTech technique)
+      : device_(device), name_(name), technique_(technique) {}
   const char* Name() const override { return name_; }
   void Resize(int width, int height) override { target_.Create(width, height, true); }
   RenderTarget* Apply(RenderTarget* input) override;
 
  private:
+  RenderDevice& device_;
   const char* name_;
   QuadTech technique_;
   RenderTarget target_;
@@ -27,12 +33,14 @@ class ImagePostEffect final : public IPostEffect {
 // A separable blur at half resolution: horizontal then vertical.
 class BlurPostEffect final : public IPostEffect {
  public:
+  explicit BlurPostEffect(RenderDevice& device) : device_(device) {}
   const char* Name() const override { return "Blur"; }
   void Resize(int width, int height) override;
   RenderTarget* Apply(RenderTarget* input) override;
   RenderTarget* Blur(GLuint source);
 
  private:
+  RenderDevice& device_;
   RenderTarget horizontal_;
   RenderTarget vertical_;
 };
@@ -40,11 +48,13 @@ class BlurPostEffect final : public IPostEffect {
 // Bright parts blurred and added back.
 class BloomPostEffect final : public IPostEffect {
  public:
+  explicit BloomPostEffect(RenderDevice& device) : device_(device), blur_(device) {}
   const char* Name() const override { return "Bloom"; }
   void Resize(int width, int height) override;
   RenderTarget* Apply(RenderTarget* input) override;
 
  private:
+  RenderDevice& device_;
   RenderTarget bright_;
   BlurPostEffect blur_;
   RenderTarget result_;
@@ -54,6 +64,7 @@ class BloomPostEffect final : public IPostEffect {
 // and added to the scene.
 class GlowPostEffect final : public IPostEffect {
  public:
+  explicit GlowPostEffect(RenderDevice& device) : device_(device), blur_(device) {}
   const char* Name() const override { return "Glow"; }
   void Resize(int width, int height) override;
   RenderTarget* Apply(RenderTarget* input) override;
@@ -63,6 +74,7 @@ class GlowPostEffect final : public IPostEffect {
   }
 
  private:
+  RenderDevice& device_;
   RenderTarget* current_ = nullptr;
   RenderTarget* previous_ = nullptr;
   RenderTarget mixed_;

@@ -7,18 +7,19 @@
 
 namespace grindle::gfx {
 
-PostProcessChain::PostProcessChain() {
-  fixed_.push_back(std::make_unique<ImagePostEffect>("GreyScale", QuadTech::GreyScaleTech));
-  fixed_.push_back(std::make_unique<BloomPostEffect>());
-  auto glow = std::make_unique<GlowPostEffect>();
+PostProcessChain::PostProcessChain(RenderDevice& device) {
+  fixed_.push_back(std::make_unique<ImagePostEffect>(device, "GreyScale", QuadTech::GreyScaleTech));
+  fixed_.push_back(std::make_unique<BloomPostEffect>(device));
+  auto glow = std::make_unique<GlowPostEffect>(device);
   glow_ = glow.get();
   fixed_.push_back(std::move(glow));  // third, where the frame hands it the glow targets
-  fixed_.push_back(std::make_unique<ImagePostEffect>("Sepia", QuadTech::SepiaTech));
-  fixed_.push_back(std::make_unique<ImagePostEffect>("BlackAndWhite", QuadTech::BlackAndWhiteTech));
-  fixed_.push_back(std::make_unique<ImagePostEffect>("Hue", QuadTech::HueTech));
-  fixed_.push_back(std::make_unique<ImagePostEffect>("Sobel", QuadTech::SobelTech));
-  fixed_.push_back(std::make_unique<ImagePostEffect>("Outline", QuadTech::OutlineTech));
-  fixed_.push_back(std::make_unique<BlurPostEffect>());
+  fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Sepia", QuadTech::SepiaTech));
+  fixed_.push_back(
+      std::make_unique<ImagePostEffect>(device, "BlackAndWhite", QuadTech::BlackAndWhiteTech));
+  fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Hue", QuadTech::HueTech));
+  fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Sobel", QuadTech::SobelTech));
+  fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Outline", QuadTech::OutlineTech));
+  fixed_.push_back(std::make_unique<BlurPostEffect>(device));
 }
 
 PostProcessChain::~PostProcessChain() = default;

@@ -24,10 +24,11 @@ class IPostEffect {
 };
 
 class GlowPostEffect;
+class RenderDevice;
 
 class PostProcessChain {
  public:
-  PostProcessChain();
+  explicit PostProcessChain(RenderDevice& device);
   ~PostProcessChain();
 
   void Resize(int width, int height);

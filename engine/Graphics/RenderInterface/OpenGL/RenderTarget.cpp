@@ -6,8 +6,6 @@ namespace grindle::gfx {
 
 namespace {
 
-glm::vec4 gAlternateClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-
 int MipLevels(int width, int height) {
   int levels = 1;
   for (int size = width > height ? width : height; size > 1; size /= 2) ++levels;
@@ -15,9 +13,6 @@ int MipLevels(int width, int height) {
 }
 
 }  // namespace
-
-void SetAlternateClearColor(const glm::vec4& color) { gAlternateClearColor = color; }
-const glm::vec4& AlternateClearColor() { return gAlternateClearColor; }
 
 RenderTarget::~RenderTarget() { Release(); }
 
@@ -61,18 +56,14 @@ void RenderTarget::Create(int width, int height, bool withColour, GLenum format)
       "Render target framebuffer is incomplete");
 }
 
-void RenderTarget::Begin(bool clearAlternate) {
+void RenderTarget::Begin(const glm::vec4& clearColor) {
   glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_);
   glViewport(0, 0, width_, height_);
   // Clears obey the write masks; a pass that left depth writes off must not keep the old depth.
   glDepthMask(GL_TRUE);
   glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
   glStencilMask(0xFFu);
-  if (colorTexture_ != 0) {
-    static const glm::vec4 kOpaqueBlack(0.0f, 0.0f, 0.0f, 1.0f);
-    const glm::vec4& color = clearAlternate ? gAlternateClearColor : kOpaqueBlack;
-    glClearNamedFramebufferfv(framebuffer_, GL_COLOR, 0, &color[0]);
-  }
+  if (colorTexture_ != 0) glClearNamedFramebufferfv(framebuffer_, GL_COLOR, 0, &clearColor[0]);
   const float depth = 1.0f;
   glClearNamedFramebufferfv(framebuffer_, GL_DEPTH, 0, &depth);
 }

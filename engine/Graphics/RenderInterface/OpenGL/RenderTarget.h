@@ -9,10 +9,7 @@
 
 namespace grindle::gfx {
 
-// The colour Begin(true) clears to; set by the menu flow. Transparent black until set, so an
-// overlay nobody draws into leaves the scene visible.
-void SetAlternateClearColor(const glm::vec4& color);
-const glm::vec4& AlternateClearColor();
+inline constexpr glm::vec4 kOpaqueBlack(0.0f, 0.0f, 0.0f, 1.0f);
 
 class RenderTarget {
  public:
@@ -22,9 +19,9 @@ class RenderTarget {
   RenderTarget& operator=(const RenderTarget&) = delete;
 
   void Create(int width, int height, bool withColour, GLenum format = GL_RGBA8);
-  // Binds this target alone with its viewport and clears colour (opaque black, or the alternate
-  // colour) and depth (1.0) and stencil (0).
-  void Begin(bool clearAlternate);
+  // Binds this target alone with its viewport and clears colour (opaque black unless the frame
+  // asks for its alternate colour) and depth (1.0) and stencil (0).
+  void Begin(const glm::vec4& clearColor = kOpaqueBlack);
   // Generates the colour mip chain so later passes can sample smaller levels.
   void End();
 

@@ -4,8 +4,7 @@
 #include <glm/ext/matrix_transform.hpp>
 #include <vector>
 
-#include "Graphics/Effects/EffectSlots.h"
-#include "Graphics/Effects/InputLayouts.h"
+#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RenderStates.h"
 
@@ -77,7 +76,7 @@ GLuint BuildGradientCubeMap() {
 
 }  // namespace
 
-SkyDome::SkyDome() {
+SkyDome::SkyDome(RenderDevice& device) : device_(device) {
   const DomeGeometry dome = BuildDome();
   vertices_ = GpuBuffer(dome.positions.data(), dome.positions.size() * sizeof(glm::vec3));
   indices_ = GpuBuffer(dome.indices.data(), dome.indices.size() * sizeof(uint32_t));
@@ -88,24 +87,25 @@ SkyDome::SkyDome() {
 SkyDome::~SkyDome() { glDeleteTextures(1, &cubeMap_); }
 
 void SkyDome::Draw(const glm::vec3& eye, const glm::mat4& viewProj, float angleDegrees) {
-  SkyEffect* sky = Effects().sky.get();
+  SkyEffect* sky = device_.Effects().sky.get();
   if (sky == nullptr || !sky->IsLoaded()) return;
-  const LayoutKind previous = CurrentInputLayout();
-  SetInputLayout(LayoutKind::kPos);
-  BindVertexBuffer(0, vertices_, sizeof(glm::vec3));
-  BindIndexBuffer(indices_);
+  InputAssembler& assembler = device_.Assembler();
+  const LayoutKind previous = assembler.CurrentInputLayout();
+  assembler.SetInputLayout(LayoutKind::kPos);
+  assembler.BindVertexBuffer(0, vertices_, sizeof(glm::vec3));
+  assembler.BindIndexBuffer(indices_);
   const glm::mat4 world = glm::rotate(glm::translate(glm::mat4(1.0f), eye),
                                       glm::radians(angleDegrees), glm::vec3(0.0f, 1.0f, 0.0f));
   sky->SetMatrix(sky->Var(SkyVar::gWorldViewProj), viewProj * world);
   sky->SetTexture(sky->Var(SkyVar::gCubeMap), cubeMap_);
-  SetTopology(Topology::kTriangleList);
+  assembler.SetTopology(Topology::kTriangleList);
   const TechniqueHandle technique = sky->Tech(SkyTech::SkyTech);
   for (uint32_t pass = 0; pass < sky->PassCount(technique); ++pass) {
     sky->ApplyPass(technique, pass);
-    DrawIndexed(indexCount_, 0, 0);
+    assembler.DrawIndexed(indexCount_, 0, 0);
   }
   ResetRenderStates();
-  SetInputLayout(previous);
+  assembler.SetInputLayout(previous);
 }
 
 }  // namespace grindle::gfx

@@ -13,6 +13,8 @@
 
 namespace grindle::gfx {
 
+class RenderDevice;
+
 // Radius, slices and stacks of the dome, as the sky-dome mesh is made.
 inline constexpr float kSkyRadius = 20.0f;
 inline constexpr int kSkySlices = 30;
@@ -20,7 +22,7 @@ inline constexpr int kSkyStacks = 30;
 
 class SkyDome {
  public:
-  SkyDome();
+  explicit SkyDome(RenderDevice& device);
   ~SkyDome();
   SkyDome(const SkyDome&) = delete;
   SkyDome& operator=(const SkyDome&) = delete;
@@ -28,6 +30,7 @@ class SkyDome {
   void Draw(const glm::vec3& eye, const glm::mat4& viewProj, float angleDegrees);
 
  private:
+  RenderDevice& device_;
   GpuBuffer vertices_;
   GpuBuffer indices_;
   uint32_t indexCount_ = 0;

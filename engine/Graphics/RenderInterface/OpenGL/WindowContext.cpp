@@ -1,40 +1,19 @@
 #include "Graphics/RenderInterface/OpenGL/WindowContext.h"
 
-#include <SDL.h>
+#include <stb_image_write.h>
 
-#include <cstdio>
+#include <vector>
 
 #include "Core/Assert.h"
 
 namespace grindle::gfx {
 
 WindowContext::~WindowContext() {
-  if (context_ == nullptr) return;
-  ReleaseBackBuffer();
-  SDL_GL_DeleteContext(static_cast<SDL_GLContext>(context_));
+  if (IsCreated()) ReleaseBackBuffer();
 }
 
 bool WindowContext::Create(SDL_Window* window) {
-  window_ = window;
-  if (window == nullptr) return false;
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 4);
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 5);
-  SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
-  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-  SDL_GLContext context = SDL_GL_CreateContext(window);
-  if (context == nullptr) {
-    std::printf("OpenGL 4.5 core context creation failed: %s\n", SDL_GetError());
-    return false;
-  }
-  context_ = context;
-  if (epoxy_gl_version() < 45) {
-    std::printf("OpenGL 4.5 is required; the driver offers %d.%d\n", epoxy_gl_version() / 10,
-                epoxy_gl_version() % 10);
-    SDL_GL_DeleteContext(context);
-    context_ = nullptr;
-    return false;
-  }
-  SDL_GL_SetSwapInterval(0);
+  if (!context_.Create(window)) return false;
   // Depth 0..1 keeps the projection matrices as they are; the upper-left origin makes row 0 of
   // every target the top of the image, as texture coordinates (v = 0 at the top) expect.
   glClipControl(GL_UPPER_LEFT, GL_ZERO_TO_ONE);
@@ -83,30 +62,30 @@ void WindowContext::ClearBackBuffer() const {
 bool WindowContext::Present() {
   if (IsMinimized()) return false;
   int drawableWidth = 0, drawableHeight = 0;
-  SDL_GL_GetDrawableSize(window_, &drawableWidth, &drawableHeight);
+  context_.DrawableSize(drawableWidth, drawableHeight);
   glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
   glBlitNamedFramebuffer(framebuffer_, 0, 0, 0, width_, height_, 0, drawableHeight, drawableWidth,
                          0, GL_COLOR_BUFFER_BIT, GL_LINEAR);
-  SDL_GL_SwapWindow(window_);
+  context_.SwapBuffers();
   return true;
 }
 
-void WindowContext::SetFullScreen(bool on) {
-  if (window_ != nullptr)
-    SDL_SetWindowFullscreen(window_, on ? static_cast<Uint32>(SDL_WINDOW_FULLSCREEN_DESKTOP) : 0u);
-}
+void WindowContext::SetFullScreen(bool on) { context_.SetFullScreen(on); }
 
-bool WindowContext::IsMinimized() const {
-  return window_ != nullptr && (SDL_GetWindowFlags(window_) & SDL_WINDOW_MINIMIZED) != 0;
-}
+bool WindowContext::IsMinimized() const { return context_.IsMinimized(); }
 
-bool IsDigitKeyHeld(int digit) {
-  if (SDL_WasInit(SDL_INIT_VIDEO) == 0) return false;
-  static constexpr SDL_Scancode kDigits[10] = {
-      SDL_SCANCODE_0, SDL_SCANCODE_1, SDL_SCANCODE_2, SDL_SCANCODE_3, SDL_SCANCODE_4,
-      SDL_SCANCODE_5, SDL_SCANCODE_6, SDL_SCANCODE_7, SDL_SCANCODE_8, SDL_SCANCODE_9};
-  const Uint8* keys = SDL_GetKeyboardState(nullptr);
-  return digit >= 0 && digit < 10 && keys != nullptr && keys[kDigits[digit]] != 0;
+bool WindowContext::WriteBackBufferPng(const std::string& fileName) const {
+  if (width_ <= 0 || height_ <= 0 || framebuffer_ == 0) return false;
+  std::vector<unsigned char> pixels(static_cast<size_t>(width_) * static_cast<size_t>(height_) *
+                                    4u);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  // Row 0 of the back buffer is the top of the image, which is the order PNG rows go in.
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, framebuffer_);
+  glReadBuffer(GL_COLOR_ATTACHMENT0);
+  glReadPixels(0, 0, width_, height_, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+  // The composite's alpha is not an image property; the file is opaque as the screen shows it.
+  for (size_t i = 3; i < pixels.size(); i += 4) pixels[i] = 255;
+  return stbi_write_png(fileName.c_str(), width_, height_, 4, pixels.data(), width_ * 4) != 0;
 }
 
 }  // namespace grindle::gfx

@@ -1,12 +1,14 @@
-// The renderer's seam to the window system: the OpenGL 4.5 core context on the SDL window, the
-// client-size back buffer the frame composites into (an FBO, so the last frame stays readable for
-// screenshots), presenting it, desktop full screen and the window's minimised state. Main thread;
-// the context is current from Create until destruction.
+// The renderer's window: the platform's OpenGL context on the native window, the client-size back
+// buffer the frame composites into (an FBO, so the last frame stays readable for screenshots),
+// presenting it, desktop full screen and the window's minimised state. Main thread; the context is
+// current from Create until destruction.
 #pragma once
 
 #include <epoxy/gl.h>
 
-struct SDL_Window;
+#include <string>
+
+#include "Platform/GlContext.h"
 
 namespace grindle::gfx {
 
@@ -20,7 +22,7 @@ class WindowContext {
   // Creates the context (swap interval 0) and the fixed GL state the renderer relies on: depth
   // 0..1 and the upper-left origin. Returns false when no 4.5 core context can be had.
   bool Create(SDL_Window* window);
-  bool IsCreated() const { return context_ != nullptr; }
+  bool IsCreated() const { return context_.IsCreated(); }
 
   // (Re)creates the back buffer at the client size: RGBA8 colour and 24-bit depth, 8-bit stencil.
   void ResizeBackBuffer(int width, int height);
@@ -30,6 +32,8 @@ class WindowContext {
   GLuint BackBufferFramebuffer() const { return framebuffer_; }
   int BackBufferWidth() const { return width_; }
   int BackBufferHeight() const { return height_; }
+  // Writes the back buffer (the last composited frame) as an opaque PNG; false when it cannot.
+  bool WriteBackBufferPng(const std::string& fileName) const;
 
   // Copies the back buffer onto the window (flipped once: the window's rows run bottom-up) and
   // swaps. Returns false when the window cannot show it (minimised).
@@ -40,16 +44,12 @@ class WindowContext {
  private:
   void ReleaseBackBuffer();
 
-  SDL_Window* window_ = nullptr;
-  void* context_ = nullptr;
+  platform::GlContext context_;
   GLuint framebuffer_ = 0;
   GLuint colorBuffer_ = 0;
   GLuint depthBuffer_ = 0;
   int width_ = 0;
   int height_ = 0;
 };
-
-// Whether a key is held right now, asked of the window system directly (the debug view keys).
-bool IsDigitKeyHeld(int digit);
 
 }  // namespace grindle::gfx

@@ -1,17 +1,19 @@
-// The renderer's per-frame state: camera from the level's main camera (or the free camera), the
-// debug view keys, the animation clocks, the tracked object and the glow target swap.
-#include <cmath>
+#include "Graphics/RenderInterface/OpenGL/FrameState.h"
+
+#include <utility>
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
-#include "Graphics/RenderInterface/OpenGL/LightManager.h"
-#include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+#include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Input/Keyboard.h"
 
 namespace grindle::gfx {
 
 namespace {
+
+constexpr float kTrackedPointLift = 5.0f;
 
 bool IsGamePaused(const Database& root) {
   if (const DataHandle<bool> paused = root.Find<bool>(KeyOf(WellKnown::isGamePaused)))
@@ -27,16 +29,41 @@ glm::vec3 ReadPosition(const Database& database) {
 
 }  // namespace
 
-Database* OpenGLInterface::CurrentGameObjects() const {
-  const DataHandle<std::string> current = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  const DataHandle<Database> levels = root_.Find<Database>(KeyOf(WellKnown::Levels));
-  if (!current || !levels) return nullptr;
-  const DataHandle<Database> level = levels->Find<Database>(*current);
-  if (!level) return nullptr;
-  return level->Find<Database>(KeyOf(WellKnown::GameObjects)).Get();
+void FrameState::SetLens(float fieldOfView, int renderWidth, int renderHeight) {
+  const float aspect = static_cast<float>(renderWidth) / static_cast<float>(renderHeight);
+  projection_ = PerspectiveMatrix(fieldOfView, aspect);
+  orthographic_ =
+      OrthographicMatrix(static_cast<float>(renderWidth), static_cast<float>(renderHeight));
 }
 
-void OpenGLInterface::UpdateCamera(Database& gameObjects, float dt) {
+void FrameState::OnLevelStart(Database& level) {
+  const DataHandle<Database> camera = level.Add<Database>("CurrentCamera");
+  for (const char* name :
+       {"PositionX", "PositionY", "PositionZ", "ViewX", "ViewY", "ViewZ", "UpX", "UpY", "UpZ"}) {
+    camera->Add<double>(name);
+  }
+  if (const DataHandle<Database> objects = level.Find<Database>(KeyOf(WellKnown::GameObjects))) {
+    for (const Database::Record& record : objects->Records()) {
+      if (record.name != "Potato") continue;
+      if (const DataHandle<Database> potato = objects->Find<Database>(record.name)) {
+        trackedTransform_ = potato->Find<Database>(KeyOf(WellKnown::Transform));
+      }
+    }
+  }
+}
+
+void FrameState::OnKeyboard(const Keyboard& keyboard) {
+  freeCamera_.OnKeyboard(keyboard);
+  for (int digit = 0; digit <= 3; ++digit) {
+    if (keyboard.IsTriggered(vk::kDigit0 + digit)) debugViewIndex_ = digit;
+  }
+}
+
+void FrameState::OnMouse(const Mouse& mouse, int clientWidth, int clientHeight) {
+  freeCamera_.OnMouse(mouse, clientWidth, clientHeight);
+}
+
+void FrameState::UpdateCamera(Database& level, Database& gameObjects, float dt) {
   const DataHandle<Database> mainCamera = gameObjects.Find<Database>(KeyOf(WellKnown::MainCamera));
   if (!mainCamera) return;
   const DataHandle<Database> camera = mainCamera->Find<Database>(KeyOf(WellKnown::Camera));
@@ -49,9 +76,7 @@ void OpenGLInterface::UpdateCamera(Database& gameObjects, float dt) {
   const CameraBasis basis = CameraBasisFromDirection(direction);
   lookDirection_ = basis.direction;
 
-  // The level database is the parent of GameObjects; CurrentCamera sits beside it.
-  const DataHandle<std::string> current = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  Database& level = *root_.Find<Database>(KeyOf(WellKnown::Levels))->Find<Database>(*current);
+  // CurrentCamera sits beside GameObjects in the level.
   DataHandle<Database> target = level.Find<Database>(KeyOf(WellKnown::CurrentCamera));
   if (!target) target = level.Add<Database>("CurrentCamera");
   const std::pair<WellKnown, float> values[] = {{WellKnown::PositionX, eyePosition_.x},
@@ -67,41 +92,32 @@ void OpenGLInterface::UpdateCamera(Database& gameObjects, float dt) {
   view_ = LookAtMatrix(eyePosition_, basis.direction, basis.up);
 }
 
-void OpenGLInterface::UpdateTrackedObject(Database& gameObjects) {
+void FrameState::UpdateTrackedObject(Database& gameObjects) {
   // Looked up again each frame: a handle kept across frames could outlive a level unload.
   const DataHandle<Database> potato = gameObjects.Find<Database>(KeyOf(WellKnown::Potato));
   trackedTransform_ =
       potato ? potato->Find<Database>(KeyOf(WellKnown::Transform)) : DataHandle<Database>();
-  if (!trackedTransform_) return;
+  foundTracked_ = static_cast<bool>(trackedTransform_);
+  if (!foundTracked_) return;
   const glm::vec3 position = ReadPosition(*trackedTransform_);
-  lights_->SetTrackedSpotPosition(position.x, position.z);
-  trackedPoint_ = glm::vec4(position.x, position.y + 5.0f, position.z, 1.0f);
+  trackedPoint_ = glm::vec4(position.x, position.y + kTrackedPointLift, position.z, 1.0f);
 }
 
-void OpenGLInterface::Update(float dt) {
-  if (IsGamePaused(root_)) return;
-  Database* gameObjects = CurrentGameObjects();
-  if (gameObjects != nullptr) UpdateCamera(*gameObjects, dt);
+bool FrameState::Advance(float dt) {
+  if (IsGamePaused(root_)) return false;
+  foundTracked_ = false;
+  const DataHandle<Database> level = FindCurrentLevel(root_);
+  const DataHandle<Database> gameObjects =
+      level ? level->Find<Database>(KeyOf(WellKnown::GameObjects)) : DataHandle<Database>();
+  if (gameObjects) UpdateCamera(*level, *gameObjects, dt);
   if (freeCamera_.IsEnabled()) {
     view_ = freeCamera_.View();
     eyePosition_ = freeCamera_.Position();
     lookDirection_ = freeCamera_.Look();
   }
-  for (int digit = 0; digit <= 3; ++digit) {
-    if (IsDigitKeyHeld(digit)) debugViewIndex_ = digit;
-  }
   animationClock_ += dt;
-  lights_->SetAnimationAngles(std::sin(animationClock_ * 0.2f) * 90.0f,
-                              std::cos(animationClock_ * 0.2f) * 90.0f);
-  if (gameObjects != nullptr) UpdateTrackedObject(*gameObjects);
-  if (currentGlow_ == &glowTargetA_) {
-    currentGlow_ = &glowTargetB_;
-    previousGlow_ = &glowTargetA_;
-  } else {
-    currentGlow_ = &glowTargetA_;
-    previousGlow_ = &glowTargetB_;
-  }
-  particles_.SetEyePosition(eyePosition_);
+  if (gameObjects) UpdateTrackedObject(*gameObjects);
+  return true;
 }
 
 }  // namespace grindle::gfx
