@@ -7,6 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config git
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libsdl2-dev libepoxy-dev libegl-dev libgl-dev libegl-mesa0 libgl1-mesa-dri libstb-dev libglm-dev
+  fonts-dejavu-core
   libbullet-dev liblua5.2-dev lua5.2
   libopenal-dev libopenal1 libsndfile1-dev
   libassimp-dev
