@@ -1,5 +1,6 @@
-// grindle_texgen GAME_DIR: writes the demo textures into GAME_DIR/Assets/Textures. Every image is
-// computed from fixed formulas and a fixed-seed generator, so reruns reproduce the same files.
+// grindle_texgen GAME_DIR: writes the demo textures into GAME_DIR/Assets/Textures and the sprite
+// images into GAME_DIR/Assets/Sprites. Every image is computed from fixed formulas and a
+// fixed-seed generator, so reruns reproduce the same files.
 #include <stb_image_write.h>
 
 #include <cmath>
@@ -10,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "Sprites.h"
 #include "ToolUsage.h"
 
 namespace {
@@ -98,5 +100,6 @@ int main(int argc, char** argv) {
                 const float v = (x / 16) % 2 == 0 ? 1.0f : 0.1f;
                 return Rgb{v, v, v};
               }));
+  ok &= WriteSprites(argv[1]);
   return ok ? 0 : 1;
 }
