@@ -22,10 +22,16 @@ void main() {
   gl_Position = gWorldViewProj * vec4(POSITION, 1.0);
 }
 
+// Layers hold colour multiplied by their alpha (the overlay's sprites are blended over a clear
+// target); dividing it out lets the source-over composite apply the alpha exactly once. Opaque
+// layers are unchanged.
 @fragment DrawImagePS
 in vec2 vTex;
 out vec4 outColor;
-void main() { outColor = texture(gTexture, vTex); }
+void main() {
+  vec4 texel = texture(gTexture, vTex);
+  outColor = vec4(texel.a > 0.0 ? texel.rgb / texel.a : texel.rgb, texel.a);
+}
 
 @fragment DrawImageAlphaBlendPS
 in vec2 vTex;

@@ -1,5 +1,8 @@
-// Sprites and text, on screen (HUD, in pixels) or in the world (billboards through gWVP). The
-// sprite manager draws with these techniques; quads are unit squares in the position-texture layout.
+// Sprites and text, on screen (HUD, in render-target pixels, y down) or in the world (through
+// gWVP, in the sprite's own plane: x right, y up). A quad is a glyph's quad (in line-height units)
+// or the unit square; it is placed at gPosition and scaled by (gSpriteWidth, gSpriteHeight) and
+// gFontScale, in pixels on screen and world units in the world. The overlay holds colour
+// multiplied by alpha (source-over into a cleared target), which the composite divides out again.
 @common
 uniform mat4 gWVP;
 uniform vec4 gColor;
@@ -13,16 +16,20 @@ uniform float gSpriteHeight;
 uniform float gWidthPercentage;
 uniform mat4 gTexTransform;
 
+vec2 PlacedCorner(vec2 corner) {
+  vec2 size = vec2(gSpriteWidth, gSpriteHeight) * gFontScale;
+#ifdef SCROLL
+  size.x *= gWidthPercentage;
+#endif
+  return gPosition.xy + corner * size;
+}
+
 @vertex HudVS
 layout(location = 0) in vec3 POSITION;
 layout(location = 1) in vec2 TEXCOORD;
 out vec2 vTex;
 void main() {
-  vec2 size = vec2(gSpriteWidth, gSpriteHeight) * max(gFontScale, 1.0);
-#ifdef SCROLL
-  size.x *= gWidthPercentage;
-#endif
-  vec2 pixel = gPosition.xy + POSITION.xy * size;
+  vec2 pixel = PlacedCorner(POSITION.xy);
   gl_Position = vec4(pixel.x / gScreenWidth * 2.0 - 1.0, 1.0 - pixel.y / gScreenHeight * 2.0, 0.0, 1.0);
   vTex = (gTexTransform * vec4(TEXCOORD, 0.0, 1.0)).xy;
 }
@@ -32,7 +39,8 @@ layout(location = 0) in vec3 POSITION;
 layout(location = 1) in vec2 TEXCOORD;
 out vec2 vTex;
 void main() {
-  gl_Position = gWVP * vec4(POSITION * vec3(gSpriteWidth, gSpriteHeight, 1.0) + gPosition, 1.0);
+  vec2 local = PlacedCorner(POSITION.xy);
+  gl_Position = gWVP * vec4(local.x, -local.y, 0.0, 1.0);
   vTex = (gTexTransform * vec4(TEXCOORD, 0.0, 1.0)).xy;
 }
 

@@ -11,6 +11,14 @@ double ReadDouble(const Database& database, uint32_t key, double fallback) {
   return value.IsValid() ? *value : fallback;
 }
 
+double ReadNumber(const Database& database, uint32_t key, double fallback) {
+  if (const DataHandle<double> value = database.Find<double>(key)) return *value;
+  if (const DataHandle<float> value = database.Find<float>(key)) return *value;
+  if (const DataHandle<int> value = database.Find<int>(key)) return *value;
+  if (const DataHandle<bool> value = database.Find<bool>(key)) return *value ? 1.0 : 0.0;
+  return fallback;
+}
+
 std::optional<glm::vec4> ReadFour(const Database& database, uint32_t key) {
   if (const DataHandle<glm::vec4> value = database.Find<glm::vec4>(key)) return *value;
   if (const DataHandle<Vector4> value = database.Find<Vector4>(key)) {

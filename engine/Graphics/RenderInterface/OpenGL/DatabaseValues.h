@@ -14,6 +14,8 @@ class Database;
 namespace grindle::gfx {
 
 double ReadDouble(const Database& database, uint32_t key, double fallback);
+// A number stored as double, float, int or bool (scripts write doubles, code the other kinds).
+double ReadNumber(const Database& database, uint32_t key, double fallback);
 std::optional<glm::vec4> ReadFour(const Database& database, uint32_t key);
 // Sets components [first, first + count) of a four-float entry; returns false when there is none.
 bool WriteFourComponents(Database& database, uint32_t key, int first, int count,

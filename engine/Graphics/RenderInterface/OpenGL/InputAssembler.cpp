@@ -37,6 +37,10 @@ void InputAssembler::DrawIndexed(uint32_t indexCount, uint32_t startIndex, int32
                            baseVertex);
 }
 
+void InputAssembler::DrawIndexed16(uint32_t indexCount) {
+  glDrawElements(topology_, static_cast<GLsizei>(indexCount), GL_UNSIGNED_SHORT, nullptr);
+}
+
 void InputAssembler::DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount) {
   glDrawElementsInstanced(topology_, static_cast<GLsizei>(indexCount), GL_UNSIGNED_INT, nullptr,
                           static_cast<GLsizei>(instanceCount));

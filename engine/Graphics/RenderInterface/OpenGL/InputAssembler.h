@@ -30,6 +30,8 @@ class InputAssembler {
   // 32-bit indices.
   void BindIndexBuffer(const GpuBuffer& buffer);
   void DrawIndexed(uint32_t indexCount, uint32_t startIndex, int32_t baseVertex);
+  // The same from the start of a buffer of 16-bit indices (glyph quads).
+  void DrawIndexed16(uint32_t indexCount);
   void DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount);
   void Draw(uint32_t vertexCount, uint32_t startVertex);
 

@@ -10,6 +10,7 @@
 #include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RenderStates.h"
+#include "Graphics/RenderInterface/OpenGL/Sprites/SpriteManager.h"
 
 namespace grindle::gfx {
 
@@ -81,7 +82,7 @@ void OpenGLInterface::OverlayPass(const glm::mat4& viewProj) {
                      static_cast<double>(eye.y), static_cast<double>(eye.z),
                      static_cast<double>(look.x), static_cast<double>(look.y),
                      static_cast<double>(look.z));
-  sprites_.Draw(viewProj, static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
+  sprites_->Draw(viewProj, static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
   targets_.Overlay().End();
 }
 

@@ -14,6 +14,7 @@
 #include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RendererMessages.h"
+#include "Graphics/RenderInterface/OpenGL/Sprites/SpriteManager.h"
 #include "Platform/Dialogs.h"
 
 namespace grindle::gfx {
@@ -47,7 +48,6 @@ OpenGLInterface::OpenGLInterface(Database& root, MessageHandler& messages, int c
       messages_(messages),
       device_(messages),
       frame_(root),
-      sprites_(device_),
       particles_(device_),
       models_(device_) {
   gCurrentRenderer = this;
@@ -72,6 +72,7 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
   device_.Context().ResizeBackBuffer(clientWidth_, clientHeight_);
   device_.Context().SetFullScreen(fullScreen_);
   RegisterEffectFiles();
+  sprites_ = std::make_unique<SpriteManager>(device_, root_, frame_.View(), resourceManager_);
 
   meshes_ = CreateMeshPass(root_, device_);
   lights_ = std::make_unique<LightManager>(root_, device_);
@@ -163,7 +164,7 @@ void OpenGLInterface::OnLevelStart(std::string_view levelName) {
   const DataHandle<Database> dhCurLevel = FindLevel(root_, levelName);
   GRINDLE_ASSERT(!dhCurLevel.IsValid(), "Current level not found");
   Database& level = *dhCurLevel;
-  sprites_.SetLevel(level);
+  sprites_->SetLevel(level);
   frame_.OnLevelStart(level);
   meshes_->BuildLevelLists(level);
 }

@@ -35,6 +35,7 @@ namespace grindle::gfx {
 class LightManager;
 class MeshPass;
 class PostProcessChain;
+class SpriteManager;
 
 inline constexpr glm::vec4 kFogColor(0.471f, 0.471f, 0.565f, 1.0f);
 inline constexpr float kFogStart = 50.0f;
@@ -114,7 +115,7 @@ class OpenGLInterface final : public RenderInterface {
   std::unique_ptr<PostProcessChain> postProcessing_;
   std::vector<std::unique_ptr<MetaResource>> effectFiles_;
   ResourceManager* resourceManager_ = nullptr;
-  SpriteManager sprites_;
+  std::unique_ptr<SpriteManager> sprites_;
   ParticleManager particles_;
   ModelManager models_;
 };

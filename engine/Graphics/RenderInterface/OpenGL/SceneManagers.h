@@ -1,4 +1,4 @@
-// The managers for models, sprites and text, and particles, at the points where the frame calls
+// The managers for models and particles, at the points where the frame calls
 // them. They draw nothing yet: their content types arrive with a later change, and until then the
 // frame's order and arguments are already fixed here. Main thread; owned by the renderer, which
 // hands each its device objects (effects, input assembler, textures).
@@ -23,16 +23,6 @@ class ModelManager {
   void RemoveObject(std::string_view /*objectName*/) {}
   void AdvanceAnimation(const glm::mat4& /*viewProj*/, float /*dt*/) {}
   void Draw(int /*pass*/, const glm::mat4& /*viewProj*/) {}
-
- private:
-  RenderDevice& device_;
-};
-
-class SpriteManager {
- public:
-  explicit SpriteManager(RenderDevice& device) : device_(device) {}
-  void SetLevel(Database& /*level*/) {}
-  void Draw(const glm::mat4& /*viewProj*/, float /*renderWidth*/, float /*renderHeight*/) {}
 
  private:
   RenderDevice& device_;

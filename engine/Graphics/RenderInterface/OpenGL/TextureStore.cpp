@@ -57,17 +57,27 @@ TextureStore::~TextureStore() {
   glDeleteTextures(1, &defaultTexture_);
 }
 
-GLuint TextureStore::Load(std::string_view name, bool isDefault) {
-  const std::string path = std::string(kTextureFolder) + std::string(name);
+GLuint LoadTextureFile(const std::string& path, const char** reason) {
   int width = 0, height = 0, channels = 0;
   unsigned char* pixels = stbi_load(path.c_str(), &width, &height, &channels, 4);
   if (pixels == nullptr) {
-    std::printf("Texture %s could not be loaded (%s); using %s instead\n", path.c_str(),
-                stbi_failure_reason(), isDefault ? "a checkerboard" : sDefaultName_.c_str());
-    return isDefault ? CreateCheckerboard() : defaultTexture_;
+    if (reason != nullptr) *reason = stbi_failure_reason();
+    return 0;
   }
   const GLuint texture = CreateTextureRGBA8(width, height, pixels);
   stbi_image_free(pixels);
+  return texture;
+}
+
+GLuint TextureStore::Load(std::string_view name, bool isDefault) {
+  const std::string path = std::string(kTextureFolder) + std::string(name);
+  const char* reason = "";
+  const GLuint texture = LoadTextureFile(path, &reason);
+  if (texture == 0) {
+    std::printf("Texture %s could not be loaded (%s); using %s instead\n", path.c_str(), reason,
+                isDefault ? "a checkerboard" : sDefaultName_.c_str());
+    return isDefault ? CreateCheckerboard() : defaultTexture_;
+  }
   return texture;
 }
 

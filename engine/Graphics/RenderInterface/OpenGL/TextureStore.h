@@ -35,5 +35,8 @@ class TextureStore {
 
 // Creates a 2D texture with a full mip chain from RGBA8 pixels, first row at v = 0.
 GLuint CreateTextureRGBA8(int width, int height, const unsigned char* pixels);
+// Loads an image file (path relative to the working directory) as above; 0 when it cannot be
+// read, with the reason in `reason` when given.
+GLuint LoadTextureFile(const std::string& path, const char** reason = nullptr);
 
 }  // namespace grindle::gfx
