@@ -11,7 +11,9 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "GlyphPacking.h"
@@ -44,32 +46,61 @@ bool ParseRange(const std::string& text, std::vector<int>& codes) {
   return !codes.empty();
 }
 
-int Usage() {
-  std::fprintf(stderr, "usage: grindle_fontbake FONT.ttf PIXELS OUT.fnt [--chars RANGE]\n");
-  return 2;
+constexpr const char* kUsage = "grindle_fontbake FONT.ttf PIXELS OUT.fnt [--chars RANGE]";
+
+// The content tools' convention (see ToolUsage.h) plus the one option this tool takes. Fills the
+// three positional arguments and the range; returns the exit status to stop with, if any.
+std::optional<int> ReadArguments(int argc, char** argv, std::vector<const char*>& positional,
+                                 std::vector<int>& codes) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::printf("usage: %s\n", kUsage);
+      return 0;
+    }
+  }
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view arg = argv[i];
+    if (arg == "--chars" && i + 1 < argc) {
+      if (!ParseRange(argv[++i], codes)) {
+        std::fprintf(stderr, "grindle_fontbake: --chars expects ranges like 32-126,160-255\n");
+        return 2;
+      }
+    } else if (arg.starts_with('-')) {
+      std::fprintf(stderr, "unknown option %s\nusage: %s\n", argv[i], kUsage);
+      return 2;
+    } else {
+      positional.push_back(argv[i]);
+    }
+  }
+  if (positional.size() != 3) {
+    std::fprintf(stderr, "usage: %s\n", kUsage);
+    return 2;
+  }
+  if (codes.empty()) ParseRange("32-126", codes);
+  return std::nullopt;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 4 && argc != 6) return Usage();
+  std::vector<const char*> args;
   std::vector<int> codes;
-  if (argc == 6 && (std::string(argv[4]) != "--chars" || !ParseRange(argv[5], codes))) {
-    std::fprintf(stderr, "grindle_fontbake: --chars expects ranges like 32-126,160-255\n");
-    return 2;
-  }
-  if (codes.empty()) ParseRange("32-126", codes);
-  const int pixels = std::atoi(argv[2]);
+  if (const auto stop = ReadArguments(argc, argv, args, codes)) return *stop;
+  const char* fontPath = args[0];
+  const char* pixelsText = args[1];
+  const char* outPath = args[2];
+  const int pixels = std::atoi(pixelsText);
   if (pixels < 4 || pixels > 512) {
-    std::fprintf(stderr, "grindle_fontbake: PIXELS must be 4-512, not %s\n", argv[2]);
+    std::fprintf(stderr, "grindle_fontbake: PIXELS must be 4-512, not %s\n", pixelsText);
     return 2;
   }
-  std::ifstream in(argv[1], std::ios::binary);
+  std::ifstream in(fontPath, std::ios::binary);
   const std::vector<unsigned char> ttf((std::istreambuf_iterator<char>(in)),
                                        std::istreambuf_iterator<char>());
   stbtt_fontinfo font;
   if (ttf.empty() || !stbtt_InitFont(&font, ttf.data(), stbtt_GetFontOffsetForIndex(ttf.data(), 0))) {
-    std::fprintf(stderr, "grindle_fontbake: %s is not a readable TrueType font\n", argv[1]);
+    std::fprintf(stderr, "grindle_fontbake: %s is not a readable TrueType font\n", fontPath);
     return 1;
   }
   const float scale = stbtt_ScaleForPixelHeight(&font, static_cast<float>(pixels));
@@ -118,7 +149,7 @@ int main(int argc, char** argv) {
       }
     }
   }
-  const std::filesystem::path out(argv[3]);
+  const std::filesystem::path out(outPath);
   const std::string pageName = out.stem().string() + "_0.png";
   const std::string pagePath = (out.parent_path() / pageName).string();
   if (!stbi_write_png(pagePath.c_str(), side, side, 4, page.data(), side * 4)) {
@@ -126,9 +157,9 @@ int main(int argc, char** argv) {
     return 1;
   }
 
-  std::FILE* fnt = std::fopen(argv[3], "w");
+  std::FILE* fnt = std::fopen(outPath, "w");
   if (fnt == nullptr) {
-    std::fprintf(stderr, "grindle_fontbake: cannot write %s\n", argv[3]);
+    std::fprintf(stderr, "grindle_fontbake: cannot write %s\n", outPath);
     return 1;
   }
   std::fprintf(fnt, "common lineHeight=%d base=%d scaleW=%d scaleH=%d pages=1 packed=0\n",
@@ -158,7 +189,7 @@ int main(int argc, char** argv) {
   std::fprintf(fnt, "kernings count=%zu\n", kernings.size());
   for (const std::string& line : kernings) std::fputs(line.c_str(), fnt);
   const bool written = std::fclose(fnt) == 0;
-  std::printf("%s: %zu glyphs on a %dx%d page, %zu kerning pairs\n", argv[3], glyphs.size(), side,
+  std::printf("%s: %zu glyphs on a %dx%d page, %zu kerning pairs\n", outPath, glyphs.size(), side,
               side, kernings.size());
   return written ? 0 : 1;
 }
