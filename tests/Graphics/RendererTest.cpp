@@ -328,6 +328,47 @@ TEST_F(RendererTest, ShadersLoadOnceAndAnEffectFileChangedUnderTheWatchedTreeIsR
   fs::remove_all(tree);
 }
 
+// A shader author saves a broken basic.fx while the game runs: the compiler's text is shown once,
+// although every technique uses the broken stage, and the scene keeps the programs it had until a
+// good file is saved.
+TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
+  namespace fs = std::filesystem;
+  SendNow("LoadShaders");
+  const Effect* basic = Effects().basic.get();
+  ASSERT_TRUE(basic != nullptr && basic->IsLoaded());
+  std::ifstream original("shaders/basic.fx");
+  std::stringstream text;
+  text << original.rdbuf();
+  const fs::path game = fs::current_path();
+  const fs::path tree = fs::path(testing::TempDir()) / "grindle_broken_effect";
+  fs::create_directories(tree / "shaders");
+  for (const char* include : {"Lighting.fxh"}) {
+    fs::copy_file(game / "shaders" / include, tree / "shaders" / include,
+                  fs::copy_options::overwrite_existing);
+  }
+  std::string broken = text.str();
+  broken.insert(broken.find("@vertex VS") + std::string("@vertex VS\n").size(), "not glsl;\n");
+  std::ofstream(tree / "shaders" / "basic.fx") << broken;
+  fs::current_path(tree);
+  testing::internal::CaptureStderr();
+  const std::string out = CaptureStdout([] { ReloadEffectFile("shaders/basic.fx"); });
+  const std::string errors = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(Effects().basic.get(), basic);
+  EXPECT_EQ(out, "shaders/basic.fx did not load; the effect in use stays\n");
+  size_t reports = 0;
+  for (size_t at = errors.find("shaders/basic.fx: pass"); at != std::string::npos;
+       at = errors.find("shaders/basic.fx: pass", at + 1)) {
+    ++reports;
+  }
+  EXPECT_EQ(reports, 1u) << errors;
+  std::ofstream(tree / "shaders" / "basic.fx") << text.str();
+  CaptureStdout([] { ReloadEffectFile("shaders/basic.fx"); });
+  EXPECT_NE(Effects().basic.get(), basic);
+  EXPECT_TRUE(Effects().basic->IsLoaded());
+  fs::current_path(game);
+  fs::remove_all(tree);
+}
+
 TEST_F(RendererTest, BothRenderApisGiveTheOpenGLRendererAndOthersNone) {
   Graphics& graphics = *CurrentGraphics();
   graphics.SetRenderApi(3);

@@ -122,6 +122,8 @@ void Effect::Load() {
         auto record = std::make_unique<TechniqueRecord>();
         record->name = technique.name;
         for (const PassSource& pass : technique.passes) {
+          // One broken stage is shared by many passes: its compiler text is shown once.
+          if (!error.empty()) break;
           ProgramRecord*& program = byKey[ProgramKey(pass)];
           if (program == nullptr) {
             programs.push_back(std::make_unique<ProgramRecord>());

@@ -1,5 +1,6 @@
 #include "Graphics/Effects/EffectSlots.h"
 
+#include <cstdio>
 #include <functional>
 #include <vector>
 
@@ -25,8 +26,12 @@ template <class Wrapper>
 SlotRecord Slot(const char* file, bool isStartup, std::unique_ptr<Wrapper> EffectSlots::*member) {
   return {file, isStartup,
           [member](EffectSlots& slots, std::string path) {
-            // The old wrapper stays usable until its replacement is complete.
             auto fresh = std::make_unique<Wrapper>(std::move(path));
+            // A reload that does not compile keeps the scene drawn with the programs it had.
+            if (slots.*member != nullptr && !fresh->IsLoaded()) {
+              std::printf("%s did not load; the effect in use stays\n", fresh->FileName().c_str());
+              return;
+            }
             slots.*member = std::move(fresh);
           },
           [member](EffectSlots& slots) -> Effect* { return (slots.*member).get(); }};
