@@ -4,6 +4,7 @@
 // stack; a close requested meanwhile is carried out when the outermost call returns.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <set>
@@ -11,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "AI/ScriptCallTimer.h"
 #include "Core/DataHandle.h"
 
 struct lua_State;
@@ -65,6 +67,8 @@ class ScriptHost {
   // Instructions one call may run before it is stopped as an endless loop.
   void SetInstructionBudget(uint64_t instructions) { uInstructionBudget_ = instructions; }
   uint64_t InstructionBudget() const { return uInstructionBudget_; }
+  // Wall-clock time one call may take, for calls stuck where no instruction is counted.
+  void SetCallTimeLimit(std::chrono::milliseconds limit) { callTimer_.SetLimit(limit); }
 
   size_t RunningScriptCount() const { return scripts_.size(); }
   Database& Root() const { return root_; }
@@ -127,6 +131,7 @@ class ScriptHost {
   uint64_t uInstructionBudget_ = 2'000'000'000;
   uint64_t uInstructionsUsed_ = 0;
   size_t uScriptsChanged_ = 0;
+  ScriptCallTimer callTimer_{std::chrono::seconds(20)};
 };
 
 }  // namespace grindle

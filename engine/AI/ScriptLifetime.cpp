@@ -14,13 +14,22 @@
 namespace grindle {
 
 ScriptHost::Running::Running(ScriptHost& host, lua_State* state) : host_(host) {
-  // Nested calls share the outermost call's instruction budget.
-  if (host_.active_.empty()) host_.uInstructionsUsed_ = 0;
+  // Nested calls share the outermost call's instruction budget and time.
+  if (host_.active_.empty()) {
+    host_.uInstructionsUsed_ = 0;
+    const RunningScript* script = RecordOf(state);
+    if (script != nullptr) {
+      host_.callTimer_.Begin(script->fileName, script->componentPath);
+    } else {
+      host_.callTimer_.Begin("?", "a script no longer listed");
+    }
+  }
   host_.active_.push_back(state);
 }
 
 ScriptHost::Running::~Running() {
   host_.active_.pop_back();
+  if (host_.active_.empty()) host_.callTimer_.End();
   if (host_.active_.empty() && !host_.pendingClose_.empty()) {
     for (lua_State* state : std::exchange(host_.pendingClose_, {})) CloseScriptState(state);
   }

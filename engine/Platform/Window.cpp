@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "Platform/Interrupts.h"
 #include "Platform/LeakReports.h"
 
 namespace grindle::platform {
@@ -31,7 +32,9 @@ bool InitVideo() {
   if (!DisplayAvailable() && std::getenv("SDL_VIDEODRIVER") == nullptr) {
     setenv("SDL_VIDEODRIVER", "offscreen", 0);
   }
-  return SDL_InitSubSystem(SDL_INIT_VIDEO | SDL_INIT_EVENTS) == 0;
+  if (SDL_InitSubSystem(SDL_INIT_VIDEO | SDL_INIT_EVENTS) != 0) return false;
+  EndOnSecondInterrupt();
+  return true;
 }
 
 void QuitVideo() { SDL_QuitSubSystem(SDL_INIT_VIDEO | SDL_INIT_EVENTS); }

@@ -153,6 +153,10 @@ TEST_F(ScriptHostTest, ErrorsInCalledFunctionsAndEndlessLoopsStopTheProgram) {
       {"FailsAtStart.lua", "function Start(name)\n  error('no ' .. name)\nend",
        "Error executing lua function \"Start\" : " + at +
            "Scripts/FailsAtStart\\.lua:2: no Crate(.|\n)*Lua Error!"},
+      {"Stuck.lua",
+       "function Update() end function End() end function Start()\n"
+       "  string.find(string.rep('a', 30) .. 'b', string.rep('a*', 25) .. 'c')\nend",
+       "Scripts/Stuck\\.lua " + at + " has not returned from one call in 0\\.[5-9](.|\n)*Lua Error!"},
       {"Loop.lua",
        "function Start() end function End() end function Update()\n  local n = 0\n  while true do n = n + 1 end\nend",
        "Error executing lua function \"Update\" : " + at +
@@ -164,6 +168,7 @@ TEST_F(ScriptHostTest, ErrorsInCalledFunctionsAndEndlessLoopsStopTheProgram) {
         {
           StdoutToStderr();
           world_.ai_.Host()->SetInstructionBudget(5'000'000);
+          world_.ai_.Host()->SetCallTimeLimit(std::chrono::milliseconds(500));
           world_.AddObject("Arena", "Crate", {file == "Absent.lua" ? "Missing.lua" : file.c_str()});
           world_.AnnounceLevel("Arena");
           world_.Frame();

@@ -2,7 +2,15 @@
 // folders.
 #include <gtest/gtest.h>
 
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdio>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -103,6 +111,59 @@ TEST(EngineBinary, BrokenInvocationsFailWithAReason) {
   EXPECT_NE(noData.status, 0);
   EXPECT_NE(noData.output.find("Missing FileAssets/GameObjects/Archetypes.xml"), std::string::npos)
       << noData.output;
+}
+
+// A script stuck inside one C call holds the frame for ever: the first SIGTERM is a quit request
+// the frame loop never reaches, the second ends the process at once.
+TEST(EngineBinary, ASecondInterruptEndsAProcessStuckInAScript) {
+  TempWorkDir game;
+  game.Write("Assets/GameObjects/Archetypes.xml", "<Database name=\"GameObjectArchetypes\"></Database>\n");
+  game.Write("Assets/Levels/LoadingScreen.xml", "<int name=\"Spinner\">1</int>\n");
+  game.Write("Assets/Levels/Stuck.xml",
+             "<Database name=\"GameObjects\"><Database name=\"Rock\"><Database name=\"Script\">\n"
+             "<string name=\"FileName\">Stuck.lua</string>\n"
+             "</Database></Database></Database>\n");
+  game.Write("Scripts/Stuck.lua",
+             "function Update() end function End() end\n"
+             "function Start()\n  print('stuck now') io.stdout:flush()\n"
+             "  string.find(string.rep('a', 30) .. 'b', string.rep('a*', 25) .. 'c')\nend\n");
+  const std::string log = (game.path / "run.log").string();
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    setenv("SDL_VIDEODRIVER", "offscreen", 1);
+    setenv("ALSOFT_DRIVERS", "null", 1);
+    freopen(log.c_str(), "w", stdout);
+    dup2(STDOUT_FILENO, STDERR_FILENO);
+    execl(GRINDLE_BINARY, GRINDLE_BINARY, "--data", game.path.c_str(), "--level", "Stuck",
+          "--frames", "5", static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  const auto output = [&] {
+    std::ifstream in(log);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  const auto waitFor = [&](auto done, int seconds) {
+    for (int i = 0; i < seconds * 100; ++i, usleep(10'000)) {
+      if (done()) return true;
+    }
+    return false;
+  };
+  int status = 0;
+  bool isReaped = false;
+  const auto ended = [&] { return isReaped = isReaped || waitpid(child, &status, WNOHANG) == child; };
+  // A child that outlives a failed check is not left running.
+  const std::unique_ptr<void, std::function<void(void*)>> reaper(&status, [&](void*) {
+    if (!isReaped) kill(child, SIGKILL), waitpid(child, nullptr, 0);
+  });
+  ASSERT_TRUE(waitFor([&] { return output().find("stuck now") != std::string::npos; }, 15))
+      << output();
+  kill(child, SIGTERM);
+  EXPECT_FALSE(waitFor(ended, 1)) << "the first interrupt only asks the frame loop to quit";
+  kill(child, SIGTERM);
+  ASSERT_TRUE(waitFor(ended, 5));
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+  EXPECT_NE(output().find("Second interrupt: ending at once"), std::string::npos) << output();
 }
 
 }  // namespace
