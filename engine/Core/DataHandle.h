@@ -8,6 +8,7 @@
 namespace grindle {
 
 class MetaDatabaseEntry;
+void ReportLastMissedLookup();
 
 template <class T>
 class DataHandle {
@@ -30,6 +31,7 @@ class DataHandle {
  private:
   T& Deref() const {
     if (pData_ == nullptr) {
+      ReportLastMissedLookup();
       // Unit and line are part of the engine's documented output for this check.
       AssertionFailed("pData_ == NULL", "Core/Database.h", 157,
                       "Attempt to dereference null data pointer");

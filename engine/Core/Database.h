@@ -15,6 +15,7 @@
 #include "Core/DataHandle.h"
 #include "Core/DatabaseEntry.h"
 #include "Core/KeyInterning.h"
+#include "Core/LookupDiagnostics.h"
 
 namespace grindle {
 
@@ -44,7 +45,11 @@ class Database {
   template <class T>
   DataHandle<T> Find(uint32_t key) const {
     MetaDatabaseEntry* entry = FindEntry(key);
-    if (entry == nullptr || entry->Kind() != KindOf<T>()) return {};
+    if (entry == nullptr) return {};
+    if (entry->Kind() != KindOf<T>()) {
+      gLastMissedLookup = {this, key};
+      return {};
+    }
     return {static_cast<T*>(entry->Value()), entry};
   }
   template <class T>
@@ -56,7 +61,9 @@ class Database {
   MetaDatabaseEntry* FindEntry(uint32_t key) const {
     ++Counters().lookups;
     const auto found = entries_.find(key);
-    return found == entries_.end() ? nullptr : found->second;
+    if (found != entries_.end()) return found->second;
+    gLastMissedLookup = {this, key};
+    return nullptr;
   }
   MetaDatabaseEntry* FindEntry(std::string_view name) const { return FindEntry(HashValue(name)); }
 

@@ -18,6 +18,7 @@
 
 #include "BootstrapperKit.h"
 #include "Core/Bootstrapper/CommandLine.h"
+#include "DemoGameCopy.h"
 #include "ProcessRun.h"
 
 namespace grindle {
@@ -111,6 +112,25 @@ TEST(EngineBinary, BrokenInvocationsFailWithAReason) {
   EXPECT_NE(noData.status, 0);
   EXPECT_NE(noData.output.find("Missing FileAssets/GameObjects/Archetypes.xml"), std::string::npos)
       << noData.output;
+}
+
+// A level that lacks an entry the engine reads: besides the assertion, standard error names the
+// missing entry and the level file it belongs in.
+TEST(EngineBinary, ANullHandleNamesTheMissingEntryAndItsLevelFile) {
+  DemoGameCopy game(GRINDLE_GAME_DIR);
+  std::string level = game.DemoLevel("Showcase");
+  const std::string hasTexture = "<double name=\"HasTexture\">1</double>";
+  level.erase(level.find(hasTexture), hasTexture.size());
+  game.WriteLevel("NoTextureFlag", level);
+  const ProcessResult run =
+      RunGrindle("--frames 3 --level NoTextureFlag --data '" + game.path.string() + "'", true);
+  EXPECT_NE(run.status, 0);
+  EXPECT_NE(run.output.find("Missing database entry: "
+                            "Levels.NoTextureFlag.GameObjects.Floor.Mesh.HasTexture (the last lookup "
+                            "that found nothing), expected in Assets/Levels/NoTextureFlag.xml\n"),
+            std::string::npos)
+      << run.output;
+  EXPECT_NE(run.output.find("DETAILS: Attempt to dereference null data pointer"), std::string::npos);
 }
 
 // A script stuck inside one C call holds the frame for ever: the first SIGTERM is a quit request

@@ -4,6 +4,7 @@
 
 #include "Core/Assert.h"
 #include "Core/Bootstrapper/RootEntries.h"
+#include "Core/LookupDiagnostics.h"
 #include "Core/MessageHandler.h"
 #include "Core/xmlParser.h"
 
@@ -12,6 +13,7 @@ namespace grindle {
 namespace {
 
 constexpr const char* kLoadingScreen = "LoadingScreen";
+constexpr const char* kArchetypesFile = "Assets/GameObjects/Archetypes.xml";
 // The step every system is updated with while the loading level is on screen.
 constexpr float kLoadingScreenStep = 16.0f;
 
@@ -25,11 +27,13 @@ std::string& StringEntry(Database& root, WellKnown name) {
 
 LevelManager::LevelManager(Database& root, MessageHandler& messages)
     : root_(root), messages_(messages) {
+  SetLookupRoot(&root_);
   root_.Add<std::string>("NextLevel");
   root_.Add<std::string>("CurrentLevel");
 }
 
 LevelManager::~LevelManager() {
+  SetLookupRoot(nullptr);
   root_.Remove(KeyOf(WellKnown::NextLevel));
   root_.Remove(KeyOf(WellKnown::CurrentLevel));
 }
@@ -37,7 +41,10 @@ LevelManager::~LevelManager() {
 std::string& LevelManager::Current() { return StringEntry(root_, WellKnown::CurrentLevel); }
 std::string& LevelManager::Next() { return StringEntry(root_, WellKnown::NextLevel); }
 
-void LevelManager::LoadArchetypes() { ParseFile("Assets/GameObjects/Archetypes.xml", root_); }
+void LevelManager::LoadArchetypes() {
+  NoteLookupOrigin("GameObjectArchetypes", kArchetypesFile);
+  ParseFile(kArchetypesFile, root_);
+}
 
 void LevelManager::Initialize(const std::string& firstLevel) {
   // Kept although it does nothing: the listener is part of the manager's registrations.
@@ -99,6 +106,7 @@ void LevelManager::LoadLevelFile(const std::string& path, const std::string& nam
   Database* pLevelDB = levels ? levels->Add<Database>(name).Get() : nullptr;
   GRINDLE_ASSERT(pLevelDB == nullptr, "Level Database failed in creation");
   messages_.SendArgs("LevelInitialize", name);
+  NoteLookupOrigin("Levels." + name, path);
   ParseFile(path, *pLevelDB);
   AnnounceObjects(*pLevelDB, name);
   messages_.SendArgs("LevelInitializeComplete", name);
