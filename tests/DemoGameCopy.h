@@ -17,7 +17,8 @@ class DemoGameCopy : public TempWorkDir {
     namespace fs = std::filesystem;
     fs::create_directories(path / "Assets" / "Levels");
     for (const auto& entry : fs::directory_iterator(demo)) {
-      if (entry.path().filename() != "Assets") fs::create_directory_symlink(entry, path / entry.path().filename());
+      if (entry.path().filename() != "Assets")
+        fs::create_directory_symlink(entry, path / entry.path().filename());
     }
     for (const auto& entry : fs::directory_iterator(demo / "Assets")) {
       if (entry.path().filename() != "Levels")

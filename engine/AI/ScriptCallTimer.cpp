@@ -40,8 +40,8 @@ void ScriptCallTimer::Watch() {
   std::unique_lock lock(mutex_);
   while (!isStopping_) {
     // Polled rather than woken by every call, so that a call costs the main thread no system call.
-    const auto tick = std::clamp(limit_ / 20, std::chrono::milliseconds(10),
-                                 std::chrono::milliseconds(250));
+    const auto tick =
+        std::clamp(limit_ / 20, std::chrono::milliseconds(10), std::chrono::milliseconds(250));
     stop_.wait_for(lock, tick, [this] { return isStopping_; });
     if (isStopping_ || !isCalling_) continue;
     const auto elapsed = std::chrono::steady_clock::now() - started_;

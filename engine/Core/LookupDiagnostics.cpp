@@ -62,8 +62,8 @@ void ReportLastMissedLookup() {
   const std::string* file = nullptr;
   size_t longest = 0;
   for (const auto& [prefix, origin] : Origins()) {
-    const bool under = full.starts_with(prefix) &&
-                       (full.size() == prefix.size() || full[prefix.size()] == '.');
+    const bool under =
+        full.starts_with(prefix) && (full.size() == prefix.size() || full[prefix.size()] == '.');
     if (under && prefix.size() > longest) {
       longest = prefix.size();
       file = &origin;

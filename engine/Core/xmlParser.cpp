@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <unordered_map>
 
 #include "Core/Assert.h"
 #include "Core/Database.h"
@@ -31,6 +32,7 @@ void XmlParser::ReadFile(const std::string& path) {
     GRINDLE_ASSERT_TEXT(true, "true", details.c_str());
   }
   sPath_ = path;
+  warnings_.clear();
   buffer_.clear();
   pos_ = 0;
   lineStarts_.clear();
@@ -68,9 +70,10 @@ void XmlParser::ReadFile(const std::string& path) {
 // databases, so that long files cost no native stack: a frame is pushed where the recursion would
 // call, popped where it would return on an end tag, and the sibling tail call is the loop itself.
 void XmlParser::ParseInto(Database& database) {
-  std::vector<Database*> frames{&database};
+  std::vector<Frame> frames(1);
+  frames.back().database = &database;
   while (!frames.empty() && pos_ < buffer_.size()) {
-    Database& target = *frames.back();
+    Database& target = *frames.back().database;
     const size_t tagStart = pos_;
     const XmlType type = ReadTagType();
     if (type == ERROR_TYPE) {
@@ -87,14 +90,36 @@ void XmlParser::ParseInto(Database& database) {
       return;
     }
     const std::string_view name = ReadName();
+    const uint32_t line = SourceLine(tagStart);
     if (type == XML_DATABASE) {
-      frames.push_back(target.Add<Database>(name).Get());
+      NoteDatabaseName(frames.back(), name, line);
+      frames.push_back({target.Add<Database>(name).Get(), name, line, {}});
     } else {
       AddXmlValue(target, type, name, ReadValueText());
       // The element's end tag is read by a call of its own on the same database.
-      frames.push_back(&target);
+      frames.push_back({&target, name, line, {}});
     }
   }
+  // Besides the caller's own level, every frame left is an element the file never closed.
+  if (frames.size() > 1) {
+    const Frame& innermost = frames.back();
+    Warn(innermost.line,
+         "\"" + std::string(innermost.name) + "\" is not closed: the file ends inside it (" +
+             std::to_string(frames.size() - 1) + " open element(s)); it may be cut short");
+  }
+}
+
+void XmlParser::NoteDatabaseName(Frame& parent, std::string_view name, uint32_t line) {
+  const auto [first, isNew] = parent.databaseLines.try_emplace(name, line);
+  if (isNew) return;
+  Warn(line, "\"" + std::string(name) + "\" is defined twice in the same database (first at line " +
+                 std::to_string(first->second) + "); the second replaces the first");
+  first->second = line;
+}
+
+void XmlParser::Warn(uint32_t line, const std::string& message) {
+  warnings_.push_back(sPath_ + ":" + std::to_string(line) + ": " + message);
+  std::fprintf(stderr, "%s\n", warnings_.back().c_str());
 }
 
 XmlType XmlParser::ReadTagType() {

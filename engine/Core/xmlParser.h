@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "Core/XmlValues.h"
@@ -27,8 +28,22 @@ class XmlParser {
 
   // What is left of the cleaned text.
   std::string_view Remaining() const { return std::string_view(buffer_).substr(pos_); }
+  // "file:line: message" for what the file most likely got wrong without breaking the parse (an
+  // element left open at the end, an object defined twice); also printed to standard error.
+  const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:
+  // One open element: where its content goes, and for databases the lines of the databases
+  // already read into it.
+  struct Frame {
+    Database* database = nullptr;
+    std::string_view name;
+    uint32_t line = 0;
+    std::unordered_map<std::string_view, uint32_t> databaseLines;
+  };
+
+  void NoteDatabaseName(Frame& parent, std::string_view name, uint32_t line);
+  void Warn(uint32_t line, const std::string& message);
   XmlType ReadTagType();
   std::string_view ReadName();
   std::string_view ReadValueText();
@@ -42,6 +57,7 @@ class XmlParser {
   std::string sPath_;
   // (buffer offset, file line) for the start of every line appended to the buffer.
   std::vector<std::pair<size_t, uint32_t>> lineStarts_;
+  std::vector<std::string> warnings_;
 };
 
 // Reads `path` and parses all of it into `database`, which the caller has already created.

@@ -30,7 +30,8 @@ function Start(name) print("start " .. name) end
 function Update() print("update") end
 function End() print("end") end
 )");
-  world_.WriteScript("Elsewhere.lua", world_.kEmptyEntries + std::string("function Update() print('elsewhere') end"));
+  world_.WriteScript("Elsewhere.lua", world_.kEmptyEntries +
+                                          std::string("function Update() print('elsewhere') end"));
   world_.AddObject("Backstage", "Prop", {"Elsewhere.lua"});
   world_.AnnounceLevel("Backstage");
   world_.AddObject("Arena", "Crate", {"Life.lua", "Life.lua"});
@@ -138,15 +139,18 @@ TEST_F(ScriptHostTest, ErrorsInCalledFunctionsAndEndlessLoopsStopTheProgram) {
       "(.|\n)*Error executing lua function \"Start\" : " + at + "attempt to call a nil value";
   const std::tuple<std::string, std::string, std::string> cases[] = {
       {"Fails.lua",
-       "function Start() end function End() end function Update()\n  local t = nil\n  return t.x\nend",
+       "function Start() end function End() end function Update()\n  local t = nil\n  return "
+       "t.x\nend",
        "Scripts/Fails\\.lua:3: attempt to index local 't' \\(a nil value\\)\nstack traceback:\n"
        "\tScripts/Fails\\.lua:3: in function <Scripts/Fails\\.lua:1>(.|\n)*"
-       "Error executing lua function \"Update\" : " + at +
+       "Error executing lua function \"Update\" : " +
+           at +
            "Scripts/Fails\\.lua:3: attempt to index local 't' \\(a nil value\\)\n\\{\\}\n(.|\n)*"
            "DETAILS: Lua Error!(.|\n)*The expression true failed\\."},
       {"NoUpdate.lua", "function Start() end function End() end",
        "Error executing lua function \"Update\" : " + at + "attempt to call a nil value"},
-      {"Broken.lua", "function Update(\n  SetData(\n", "\nLUA ERR:: Scripts/Broken\\.lua:2:" + noStart},
+      {"Broken.lua", "function Update(\n  SetData(\n",
+       "\nLUA ERR:: Scripts/Broken\\.lua:2:" + noStart},
       {"Throws.lua", "error('not today')\nfunction Start() end",
        "\nLUA ERR:: Scripts/Throws\\.lua:1: not today\n" + noStart},
       {"Absent.lua", "", "\nLUA ERR:: cannot open Scripts/Missing\\.lua" + noStart},
@@ -156,9 +160,11 @@ TEST_F(ScriptHostTest, ErrorsInCalledFunctionsAndEndlessLoopsStopTheProgram) {
       {"Stuck.lua",
        "function Update() end function End() end function Start()\n"
        "  string.find(string.rep('a', 30) .. 'b', string.rep('a*', 25) .. 'c')\nend",
-       "Scripts/Stuck\\.lua " + at + " has not returned from one call in 0\\.[5-9](.|\n)*Lua Error!"},
+       "Scripts/Stuck\\.lua " + at +
+           " has not returned from one call in 0\\.[5-9](.|\n)*Lua Error!"},
       {"Loop.lua",
-       "function Start() end function End() end function Update()\n  local n = 0\n  while true do n = n + 1 end\nend",
+       "function Start() end function End() end function Update()\n  local n = 0\n  while true do "
+       "n = n + 1 end\nend",
        "Error executing lua function \"Update\" : " + at +
            "Scripts/Loop\\.lua:3: stopped after 5 million instructions(.|\n)*Lua Error!"}};
   for (const auto& [file, text, expected] : cases) {

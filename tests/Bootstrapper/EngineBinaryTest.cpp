@@ -1,7 +1,6 @@
 // The command line, and the real `grindle` binary run headless on the demo game and on broken game
 // folders.
 #include <gtest/gtest.h>
-
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -125,19 +124,22 @@ TEST(EngineBinary, ANullHandleNamesTheMissingEntryAndItsLevelFile) {
   const ProcessResult run =
       RunGrindle("--frames 3 --level NoTextureFlag --data '" + game.path.string() + "'", true);
   EXPECT_NE(run.status, 0);
-  EXPECT_NE(run.output.find("Missing database entry: "
-                            "Levels.NoTextureFlag.GameObjects.Floor.Mesh.HasTexture (the last lookup "
-                            "that found nothing), expected in Assets/Levels/NoTextureFlag.xml\n"),
-            std::string::npos)
+  EXPECT_NE(
+      run.output.find("Missing database entry: "
+                      "Levels.NoTextureFlag.GameObjects.Floor.Mesh.HasTexture (the last lookup "
+                      "that found nothing), expected in Assets/Levels/NoTextureFlag.xml\n"),
+      std::string::npos)
       << run.output;
-  EXPECT_NE(run.output.find("DETAILS: Attempt to dereference null data pointer"), std::string::npos);
+  EXPECT_NE(run.output.find("DETAILS: Attempt to dereference null data pointer"),
+            std::string::npos);
 }
 
 // A script stuck inside one C call holds the frame for ever: the first SIGTERM is a quit request
 // the frame loop never reaches, the second ends the process at once.
 TEST(EngineBinary, ASecondInterruptEndsAProcessStuckInAScript) {
   TempWorkDir game;
-  game.Write("Assets/GameObjects/Archetypes.xml", "<Database name=\"GameObjectArchetypes\"></Database>\n");
+  game.Write("Assets/GameObjects/Archetypes.xml",
+             "<Database name=\"GameObjectArchetypes\"></Database>\n");
   game.Write("Assets/Levels/LoadingScreen.xml", "<int name=\"Spinner\">1</int>\n");
   game.Write("Assets/Levels/Stuck.xml",
              "<Database name=\"GameObjects\"><Database name=\"Rock\"><Database name=\"Script\">\n"
@@ -171,7 +173,9 @@ TEST(EngineBinary, ASecondInterruptEndsAProcessStuckInAScript) {
   };
   int status = 0;
   bool isReaped = false;
-  const auto ended = [&] { return isReaped = isReaped || waitpid(child, &status, WNOHANG) == child; };
+  const auto ended = [&] {
+    return isReaped = isReaped || waitpid(child, &status, WNOHANG) == child;
+  };
   // A child that outlives a failed check is not left running.
   const std::unique_ptr<void, std::function<void(void*)>> reaper(&status, [&](void*) {
     if (!isReaped) kill(child, SIGKILL), waitpid(child, nullptr, 0);

@@ -207,6 +207,43 @@ TEST_F(XmlParserTest, ATagWithoutQuotedNameIsReportedWithItsLine) {
   EXPECT_FALSE(db_.Find<int>("C"));
 }
 
+// Files that parse but most likely lost something: each case gives the warnings expected, with
+// the lines of the file (comments and blank lines counted).
+TEST_F(XmlParserTest, UnclosedElementsAndDatabasesDefinedTwiceAreWarnedWithTheirLines) {
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"<Database name=\"GameObjects\">\n"
+       "  <Database name=\"Ball\"><int name=\"A\">1</int></Database>\n"
+       "\n"
+       "  <Database name=\"Crate\">\n"
+       "    <int name=\"B\">2</int>\n",
+       {":4: \"Crate\" is not closed: the file ends inside it (2 open element(s)); it may be cut "
+        "short"}},
+      {"<Database name=\"GameObjects\">\n<!-- two balls -->\n"
+       "  <Database name=\"Ball\"><int name=\"A\">1</int></Database>\n"
+       "  <Database name=\"Ball\"><int name=\"B\">2</int></Database>\n"
+       "  <Database name=\"Ball\"></Database>\n"
+       "</Database>\n"
+       "<Database name=\"Ball\"></Database>\n",
+       {":4: \"Ball\" is defined twice in the same database (first at line 3); the second replaces "
+        "the first",
+        ":5: \"Ball\" is defined twice in the same database (first at line 4); the second replaces "
+        "the first"}},
+      {"<int name=\"A\">1</int>\n<int name=\"A\">2</int>\n<int name=\"B\">3",
+       {":3: \"B\" is not closed: the file ends inside it (1 open element(s)); it may be cut "
+        "short"}},
+  };
+  for (const auto& [text, expected] : cases) {
+    SCOPED_TRACE(text);
+    db_ = Database();
+    XmlParser parser;
+    parser.ReadFile(WriteFile(text));
+    parser.ParseInto(db_);
+    std::vector<std::string> lines;
+    for (const std::string& line : expected) lines.push_back(path_ + line);
+    EXPECT_EQ(parser.Warnings(), lines);
+  }
+}
+
 TEST_F(XmlParserTest, ManyElementsParseWithoutDeepNativeRecursion) {
   // The reader as first written went one native call deeper for every sibling element and ran
   // out of stack long before 200,000. Each value replaces the one before: the pools stay small.
