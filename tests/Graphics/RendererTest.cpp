@@ -334,7 +334,7 @@ TEST_F(RendererTest, ShadersLoadOnceAndAnEffectFileChangedUnderTheWatchedTreeIsR
 TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   namespace fs = std::filesystem;
   SendNow("LoadShaders");
-  const Effect* basic = Effects().basic.get();
+  const Effect* basic = Renderer().Device().Effects().basic.get();
   ASSERT_TRUE(basic != nullptr && basic->IsLoaded());
   std::ifstream original("shaders/basic.fx");
   std::stringstream text;
@@ -351,9 +351,9 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   std::ofstream(tree / "shaders" / "basic.fx") << broken;
   fs::current_path(tree);
   testing::internal::CaptureStderr();
-  const std::string out = CaptureStdout([] { ReloadEffectFile("shaders/basic.fx"); });
+  const std::string out = CaptureStdout([&] { Renderer().Device().Shaders().Reload("shaders/basic.fx"); });
   const std::string errors = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(Effects().basic.get(), basic);
+  EXPECT_EQ(Renderer().Device().Effects().basic.get(), basic);
   EXPECT_EQ(out, "shaders/basic.fx did not load; the effect in use stays\n");
   size_t reports = 0;
   for (size_t at = errors.find("shaders/basic.fx: pass"); at != std::string::npos;
@@ -362,9 +362,9 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   }
   EXPECT_EQ(reports, 1u) << errors;
   std::ofstream(tree / "shaders" / "basic.fx") << text.str();
-  CaptureStdout([] { ReloadEffectFile("shaders/basic.fx"); });
-  EXPECT_NE(Effects().basic.get(), basic);
-  EXPECT_TRUE(Effects().basic->IsLoaded());
+  CaptureStdout([&] { Renderer().Device().Shaders().Reload("shaders/basic.fx"); });
+  EXPECT_NE(Renderer().Device().Effects().basic.get(), basic);
+  EXPECT_TRUE(Renderer().Device().Effects().basic->IsLoaded());
   fs::current_path(game);
   fs::remove_all(tree);
 }
