@@ -4,7 +4,6 @@
 // small beside the pass's own work; glFinish bounds the driver's queue once per pass. The key
 // table holds 7,001 names, so one level cannot name 10,000 objects: larger counts are drawn as
 // several scenes of at most 5,000 objects, each pass drawing all of them.
-#include <SDL.h>
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -19,29 +18,10 @@
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/MeshCompHandler.h"
-#include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
+#include "BenchDevice.h"
 
 namespace grindle::gfx {
 namespace {
-
-// One set of device objects (GL context, scene effects, textures) for the whole run; null when
-// the machine offers no OpenGL 4.5 context.
-RenderDevice* Device() {
-  static MessageHandler messages;
-  static RenderDevice device(messages);
-  static const bool isOpen = [] {
-    setenv("SDL_VIDEODRIVER", "offscreen", 0);
-    if (SDL_Init(SDL_INIT_VIDEO) != 0) return false;
-    SDL_Window* window =
-        SDL_CreateWindow("mesh bench", 0, 0, 16, 16, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
-    InternWellKnownKeys();
-    // Effects are read relative to the game folder, as the engine runs.
-    if (window == nullptr || chdir(GRINDLE_GAME_DIR) != 0 || !device.Create(window)) return false;
-    device.LoadSceneShadersAndLayouts();
-    return device.Effects().basic && device.Effects().basic->IsLoaded();
-  }();
-  return isOpen ? &device : nullptr;
-}
 
 // A level of `count` objects: boxes, spheres and cylinders, a third textured, a tenth glowing.
 struct MeshScene {
