@@ -33,6 +33,7 @@ void XmlParser::ReadFile(const std::string& path) {
   }
   sPath_ = path;
   warnings_.clear();
+  elements_.clear();
   buffer_.clear();
   pos_ = 0;
   lineStarts_.clear();
@@ -77,8 +78,15 @@ void XmlParser::ParseInto(Database& database) {
     const size_t tagStart = pos_;
     const XmlType type = ReadTagType();
     if (type == ERROR_TYPE) {
-      std::fprintf(stderr, "%s:%u: unknown element type at \"%.40s\"\n", sPath_.c_str(),
-                   SourceLine(tagStart), buffer_.c_str() + tagStart);
+      const std::string text(std::string_view(buffer_).substr(tagStart, 40));
+      if (isChecking_) {
+        Warn(SourceLine(tagStart),
+             "unknown element type at \"" + text + "\" (the engine stops here)");
+        pos_ = buffer_.size();
+        return;
+      }
+      std::fprintf(stderr, "%s:%u: unknown element type at \"%s\"\n", sPath_.c_str(),
+                   SourceLine(tagStart), text.c_str());
     }
     GRINDLE_ASSERT(type == ERROR_TYPE, "Error Type in XML");
     if (type == END_TAG) {
@@ -91,6 +99,7 @@ void XmlParser::ParseInto(Database& database) {
     }
     const std::string_view name = ReadName();
     const uint32_t line = SourceLine(tagStart);
+    if (isChecking_) elements_.push_back({&target, std::string(name), line, type});
     if (type == XML_DATABASE) {
       NoteDatabaseName(frames.back(), name, line);
       frames.push_back({target.Add<Database>(name).Get(), name, line, {}});
@@ -119,7 +128,7 @@ void XmlParser::NoteDatabaseName(Frame& parent, std::string_view name, uint32_t 
 
 void XmlParser::Warn(uint32_t line, const std::string& message) {
   warnings_.push_back(sPath_ + ":" + std::to_string(line) + ": " + message);
-  std::fprintf(stderr, "%s\n", warnings_.back().c_str());
+  if (!isChecking_) std::fprintf(stderr, "%s\n", warnings_.back().c_str());
 }
 
 XmlType XmlParser::ReadTagType() {
@@ -167,8 +176,13 @@ uint32_t XmlParser::SourceLine(size_t position) const {
 }
 
 void XmlParser::StopAtMalformedTag(const char* expected) {
-  std::printf("%s:%u: expected %s; the rest of the file is not read\n", sPath_.c_str(),
-              SourceLine(pos_), expected);
+  if (isChecking_) {
+    Warn(SourceLine(pos_),
+         std::string("expected ") + expected + "; the rest of the file is not read");
+  } else {
+    std::printf("%s:%u: expected %s; the rest of the file is not read\n", sPath_.c_str(),
+                SourceLine(pos_), expected);
+  }
   pos_ = buffer_.size();
 }
 

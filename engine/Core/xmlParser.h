@@ -32,6 +32,17 @@ class XmlParser {
   // element left open at the end, an object defined twice); also printed to standard error.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
+  // For the level checker: every element is listed with its line, and an unknown element type is
+  // a warning that ends the parse instead of the assertion.
+  struct Element {
+    const Database* parent;
+    std::string name;
+    uint32_t line;
+    XmlType type;
+  };
+  void EnableChecking() { isChecking_ = true; }
+  const std::vector<Element>& Elements() const { return elements_; }
+
  private:
   // One open element: where its content goes, and for databases the lines of the databases
   // already read into it.
@@ -58,6 +69,8 @@ class XmlParser {
   // (buffer offset, file line) for the start of every line appended to the buffer.
   std::vector<std::pair<size_t, uint32_t>> lineStarts_;
   std::vector<std::string> warnings_;
+  bool isChecking_ = false;
+  std::vector<Element> elements_;
 };
 
 // Reads `path` and parses all of it into `database`, which the caller has already created.

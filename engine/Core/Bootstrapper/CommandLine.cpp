@@ -19,20 +19,24 @@ const char* UsageText() {
   return "usage: grindle [options]\n"
          "  --frames N          quit after N frames\n"
          "  --level NAME        first level instead of SplashScreens\n"
-         "  --run-unit-tests    run the built-in unit test drivers at start-up (implies --frames 0\n"
+         "  --run-unit-tests    run the built-in unit test drivers at start-up (implies --frames "
+         "0\n"
          "                      unless --frames is given); a failure stops with an assertion\n"
          "  --print-database    print the whole database when the frame loop ends\n"
          "  --data DIR          run with DIR as the working directory (the game data folder)\n"
          "  --screenshot FILE   ask the renderer to save the last frame as a PNG\n"
+         "  --check-level NAME  check the level NAME and the archetypes without running the game:\n"
+         "                      'file:line: message' for each problem, exit status 1 if any\n"
          "  --help              this text\n";
 }
 
-bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options, std::string& error) {
+bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
+                      std::string& error) {
   bool hasFrameLimit = false;
   for (int i = 1; i < argc; ++i) {
     const std::string option = argv[i];
-    const bool takesValue = option == "--frames" || option == "--level" ||
-                            option == "--data" || option == "--screenshot";
+    const bool takesValue = option == "--frames" || option == "--level" || option == "--data" ||
+                            option == "--screenshot" || option == "--check-level";
     if (takesValue && i + 1 >= argc) {
       error = option + " expects a value";
       return false;
@@ -47,6 +51,8 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
       options.firstLevel = argv[++i];
     } else if (option == "--data") {
       options.dataDir = argv[++i];
+    } else if (option == "--check-level") {
+      options.checkLevel = argv[++i];
     } else if (option == "--screenshot") {
       options.screenshotFile = argv[++i];
     } else if (option == "--run-unit-tests") {

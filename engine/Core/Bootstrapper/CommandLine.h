@@ -16,10 +16,12 @@ struct EngineOptions {
   std::string dataDir;
   std::string screenshotFile;
   bool showHelp = false;
+  std::string checkLevel;  // check this level's files instead of running the game
 };
 
 // Fills `options`; on a bad argument returns false with `error` naming it and what was expected.
-bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options, std::string& error);
+bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
+                      std::string& error);
 
 const char* UsageText();
 

@@ -1,5 +1,5 @@
 // The `grindle` entry point: reads the automation options, moves to the game data folder when
-// asked, and runs the engine.
+// asked, and runs the engine (or only checks a level's files).
 #include <unistd.h>
 
 #include <cerrno>
@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Core/Bootstrapper/Engine.h"
+#include "levelcheck/LevelCheck.h"
 
 int main(int argc, char** argv) {
   grindle::EngineOptions options;
@@ -25,5 +26,6 @@ int main(int argc, char** argv) {
                  options.dataDir.c_str(), std::strerror(errno));
     return 2;
   }
+  if (!options.checkLevel.empty()) return grindle::levelcheck::CheckLevel(options.checkLevel);
   return grindle::RunEngine(options);
 }
