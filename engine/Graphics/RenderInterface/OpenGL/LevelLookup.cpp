@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Core/Database.h"
+#include "Core/ResourceManager.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle::gfx {
@@ -20,6 +21,14 @@ DataHandle<Database> FindCurrentLevel(const Database& root) {
 Database* FindCurrentGameObjects(const Database& root) {
   const DataHandle<Database> level = FindCurrentLevel(root);
   return level ? level->Find<Database>(KeyOf(WellKnown::GameObjects)).Get() : nullptr;
+}
+
+ResourceManager* FindResourceManager(const Database& root) {
+  const DataHandle<Database> systems = root.Find<Database>(KeyOf(WellKnown::Systems));
+  if (!systems) return nullptr;
+  const DataHandle<ResourceManager*> manager =
+      systems->Find<ResourceManager*>(KeyOf(WellKnown::ResourceManager));
+  return manager ? *manager : nullptr;
 }
 
 }  // namespace grindle::gfx

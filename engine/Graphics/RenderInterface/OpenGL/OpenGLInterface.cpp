@@ -5,9 +5,8 @@
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
-#include "Core/MetaResource.h"
-#include "Core/ResourceManager.h"
 #include "Core/WellKnownKeys.h"
+#include "Graphics/Effects/EffectFileWatch.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
@@ -23,15 +22,6 @@ namespace {
 
 // The one process-wide pointer to the renderer, as the graphics system's contract names it.
 OpenGLInterface* gCurrentRenderer = nullptr;
-
-// An effect file the resource manager watches. The wrapper is rebuilt when the "ResourceReloaded"
-// announcement is delivered (the effect library listens to it), so this reload has nothing of its
-// own to do; registering is what makes the manager announce the file.
-class EffectFileResource final : public MetaResource {
- public:
-  using MetaResource::MetaResource;
-  void Reload() override {}
-};
 
 bool IsMenuLevel(std::string_view name) {
   return name == "LevelTitleScreen" || name == "LoadingScreen" || name == "SplashScreens";
@@ -54,12 +44,7 @@ OpenGLInterface::OpenGLInterface(Database& root, MessageHandler& messages, int c
 }
 
 OpenGLInterface::~OpenGLInterface() {
-  if (device_.IsCreated()) {
-    RendererMessages::StopListening(messages_);
-    for (auto& file : effectFiles_) {
-      if (resourceManager_ != nullptr) resourceManager_->Unregister(file.get());
-    }
-  }
+  if (device_.IsCreated()) RendererMessages::StopListening(messages_);
   if (gCurrentRenderer == this) gCurrentRenderer = nullptr;
 }
 
@@ -71,8 +56,9 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
   }
   device_.Context().ResizeBackBuffer(clientWidth_, clientHeight_);
   device_.Context().SetFullScreen(fullScreen_);
-  RegisterEffectFiles();
-  sprites_ = std::make_unique<SpriteManager>(device_, root_, frame_.View(), resourceManager_);
+  ResourceManager* resources = FindResourceManager(root_);
+  effectFiles_ = std::make_unique<EffectFileWatch>(resources);
+  sprites_ = std::make_unique<SpriteManager>(device_, root_, frame_.View(), resources);
 
   meshes_ = CreateMeshPass(root_, device_);
   lights_ = std::make_unique<LightManager>(root_, device_);
@@ -87,19 +73,6 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
   messages_.Send("WindowActivated");
   OnClientSize(clientWidth_, clientHeight_);
   return true;
-}
-
-void OpenGLInterface::RegisterEffectFiles() {
-  const DataHandle<Database> systems = root_.Find<Database>(KeyOf(WellKnown::Systems));
-  if (!systems) return;
-  const DataHandle<ResourceManager*> manager =
-      systems->Find<ResourceManager*>(KeyOf(WellKnown::ResourceManager));
-  if (!manager || *manager == nullptr) return;
-  resourceManager_ = *manager;
-  for (const std::string& path : EffectFilePaths()) {
-    effectFiles_.push_back(std::make_unique<EffectFileResource>(path));
-    resourceManager_->Register(effectFiles_.back().get());
-  }
 }
 
 void OpenGLInterface::Resize() {

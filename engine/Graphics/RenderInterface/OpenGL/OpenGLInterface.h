@@ -12,7 +12,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "Core/DataHandle.h"
 #include "Graphics/RenderInterface/OpenGL/FrameState.h"
@@ -25,13 +24,12 @@ namespace grindle {
 class Database;
 class Keyboard;
 class MessageHandler;
-class MetaResource;
 class Mouse;
-class ResourceManager;
 }  // namespace grindle
 
 namespace grindle::gfx {
 
+class EffectFileWatch;
 class LightManager;
 class MeshPass;
 class PostProcessChain;
@@ -97,8 +95,6 @@ class OpenGLInterface final : public RenderInterface {
   void OverlayPass(const glm::mat4& viewProj);
   void FinalComposite(const RenderTarget& image);
 
-  void RegisterEffectFiles();
-
   Database& root_;
   MessageHandler& messages_;
   // Declared first so that it goes last: everything below may hold GL names.
@@ -113,8 +109,7 @@ class OpenGLInterface final : public RenderInterface {
   std::unique_ptr<MeshPass> meshes_;
   std::unique_ptr<LightManager> lights_;
   std::unique_ptr<PostProcessChain> postProcessing_;
-  std::vector<std::unique_ptr<MetaResource>> effectFiles_;
-  ResourceManager* resourceManager_ = nullptr;
+  std::unique_ptr<EffectFileWatch> effectFiles_;
   std::unique_ptr<SpriteManager> sprites_;
   ParticleManager particles_;
   ModelManager models_;
