@@ -41,8 +41,10 @@ void InputAssembler::DrawIndexed16(uint32_t indexCount) {
   glDrawElements(topology_, static_cast<GLsizei>(indexCount), GL_UNSIGNED_SHORT, nullptr);
 }
 
-void InputAssembler::DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount) {
-  glDrawElementsInstanced(topology_, static_cast<GLsizei>(indexCount), GL_UNSIGNED_INT, nullptr,
+void InputAssembler::DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount,
+                                          uint32_t startIndex) {
+  glDrawElementsInstanced(topology_, static_cast<GLsizei>(indexCount), GL_UNSIGNED_INT,
+                          reinterpret_cast<const void*>(static_cast<uintptr_t>(startIndex) * 4u),
                           static_cast<GLsizei>(instanceCount));
 }
 

@@ -32,7 +32,7 @@ class InputAssembler {
   void DrawIndexed(uint32_t indexCount, uint32_t startIndex, int32_t baseVertex);
   // The same from the start of a buffer of 16-bit indices (glyph quads).
   void DrawIndexed16(uint32_t indexCount);
-  void DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount);
+  void DrawIndexedInstanced(uint32_t indexCount, uint32_t instanceCount, uint32_t startIndex = 0);
   void Draw(uint32_t vertexCount, uint32_t startVertex);
 
  private:

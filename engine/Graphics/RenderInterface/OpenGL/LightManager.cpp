@@ -10,6 +10,7 @@
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
+#include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 #include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RenderStates.h"
@@ -141,13 +142,14 @@ void LightManager::Update(const glm::vec3& focus) {
   }
 }
 
-void LightManager::RenderShadowMaps(MeshPass* meshes) {
-  if (meshes == nullptr || !device_.SceneShadersLoaded()) return;
+void LightManager::RenderShadowMaps(MeshPass* meshes, ModelManager* models) {
+  if (!device_.SceneShadersLoaded()) return;
   const auto render = [&](RenderTarget& map, const glm::mat4& viewProj) {
     map.Begin();
     ResetRenderStates();
     SetRasterizerState(kRasterShadow);
-    meshes->DrawShadowCasters(viewProj);
+    if (meshes != nullptr) meshes->DrawShadowCasters(viewProj);
+    if (models != nullptr) models->DrawShadowCasters(viewProj);
     map.End();
   };
   for (int i = 0; i < kDirectionalLightCount; ++i) {

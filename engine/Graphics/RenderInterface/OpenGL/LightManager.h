@@ -25,6 +25,7 @@ class Database;
 namespace grindle::gfx {
 
 class MeshPass;
+class ModelManager;
 class RenderDevice;
 
 inline constexpr int kDirectionalShadowSize = 1024;
@@ -46,7 +47,8 @@ class LightManager {
   // Rebuilds the light set from the defaults and the current level's light objects, then the
   // view-projection of every shadow-casting light around `focus`.
   void Update(const glm::vec3& focus);
-  void RenderShadowMaps(MeshPass* meshes);
+  // Either caster source may be null.
+  void RenderShadowMaps(MeshPass* meshes, ModelManager* models);
   // Uploads lights and shadow data to the lit effects and draws the sky dome around the eye.
   void Apply(const glm::vec3& eye, const glm::mat4& viewProj);
 

@@ -6,6 +6,7 @@
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
+#include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
@@ -50,7 +51,7 @@ void OpenGLInterface::ScenePass(const glm::mat4& viewProj, float dt) {
     ResetRenderStates();
     lights_->Apply(eye, viewProj);
     meshes_->Draw(false, viewProj, device_.Textures());
-    models_.Draw(0, viewProj);
+    models_->Draw(0, viewProj, device_.Textures());
   }
   particles_.Draw(viewProj, dt);
   SetSceneLayout(assembler);
@@ -68,7 +69,7 @@ void OpenGLInterface::GlowPass(const glm::mat4& viewProj) {
   ResetRenderStates();
   targets_.CurrentGlow()->Begin();
   meshes_->Draw(true, viewProj, device_.Textures());
-  models_.Draw(1, viewProj);
+  models_->Draw(1, viewProj, device_.Textures());
   targets_.CurrentGlow()->End();
 }
 
@@ -93,8 +94,8 @@ void OpenGLInterface::Render(float dt) {
   SetSceneLayout(assembler);
   lights_->Update(frame_.EyePosition());
   ResetRenderStates();
-  models_.AdvanceAnimation(viewProj, dt);
-  lights_->RenderShadowMaps(meshes_.get());
+  models_->AdvanceAnimation(viewProj, dt);
+  lights_->RenderShadowMaps(meshes_.get(), models_.get());
 
   device_.Context().BindBackBuffer();
   device_.Context().ClearBackBuffer();

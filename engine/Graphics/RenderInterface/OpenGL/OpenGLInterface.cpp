@@ -10,6 +10,7 @@
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
+#include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 #include "Graphics/RenderInterface/OpenGL/PostProcessChain.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Graphics/RenderInterface/OpenGL/RendererMessages.h"
@@ -38,8 +39,7 @@ OpenGLInterface::OpenGLInterface(Database& root, MessageHandler& messages, int c
       messages_(messages),
       device_(messages),
       frame_(root),
-      particles_(device_),
-      models_(device_) {
+      particles_(device_) {
   gCurrentRenderer = this;
 }
 
@@ -62,6 +62,7 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
 
   meshes_ = CreateMeshPass(root_, device_);
   lights_ = std::make_unique<LightManager>(root_, device_);
+  models_ = std::make_unique<ModelManager>(root_, device_, resourceManager_);
   postProcessing_ = std::make_unique<PostProcessChain>(device_);
 
   SetResolution(renderWidth_, renderHeight_);
@@ -121,14 +122,14 @@ void OpenGLInterface::SetPostProcessing(std::string_view names) {
 void OpenGLInterface::AddObject(const DataHandle<Database>& object, std::string_view objectName) {
   if (!object) return;
   meshes_->AddObject(object, objectName);
-  models_.AddObject(*object, objectName);
+  models_->AddObject(object, objectName);
   lights_->AddObject(*object, objectName);
   particles_.AddObject(*object, objectName);
 }
 
 void OpenGLInterface::RemoveObject(std::string_view objectName) {
   meshes_->RemoveObject(objectName);
-  models_.RemoveObject(objectName);
+  models_->RemoveObject(objectName);
   lights_->RemoveObject(objectName);
   particles_.RemoveObject(objectName);
 }
@@ -140,6 +141,7 @@ void OpenGLInterface::OnLevelStart(std::string_view levelName) {
   sprites_->SetLevel(level);
   frame_.OnLevelStart(level);
   meshes_->BuildLevelLists(level);
+  models_->BuildLevelLists(level);
 }
 
 void OpenGLInterface::OnUnloadLevel(std::string_view levelName) {

@@ -32,6 +32,7 @@ namespace grindle::gfx {
 class EffectFileWatch;
 class LightManager;
 class MeshPass;
+class ModelManager;
 class PostProcessChain;
 class SpriteManager;
 
@@ -87,6 +88,7 @@ class OpenGLInterface final : public RenderInterface {
   LightManager& Lights() { return *lights_; }
   TextureStore& Textures() { return device_.Textures(); }
   MeshPass* Meshes() { return meshes_.get(); }
+  ModelManager* Models() { return models_.get(); }
 
  private:
   // The frame's passes (OpenGLFrame.cpp).
@@ -108,11 +110,11 @@ class OpenGLInterface final : public RenderInterface {
 
   std::unique_ptr<MeshPass> meshes_;
   std::unique_ptr<LightManager> lights_;
+  std::unique_ptr<ModelManager> models_;
   std::unique_ptr<PostProcessChain> postProcessing_;
   std::unique_ptr<EffectFileWatch> effectFiles_;
   std::unique_ptr<SpriteManager> sprites_;
   ParticleManager particles_;
-  ModelManager models_;
 };
 
 // The renderer that exists now, or null.

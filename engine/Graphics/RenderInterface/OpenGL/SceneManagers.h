@@ -1,5 +1,5 @@
-// The managers for models and particles, at the points where the frame calls
-// them. They draw nothing yet: their content types arrive with a later change, and until then the
+// The particle manager, at the points where the frame calls it (the model manager lives in
+// Models/). It draws nothing yet: its content types arrive with a later change, and until then the
 // frame's order and arguments are already fixed here. Main thread; owned by the renderer, which
 // hands each its device objects (effects, input assembler, textures).
 #pragma once
@@ -15,18 +15,6 @@ class Database;
 namespace grindle::gfx {
 
 class RenderDevice;
-
-class ModelManager {
- public:
-  explicit ModelManager(RenderDevice& device) : device_(device) {}
-  void AddObject(const Database& /*object*/, std::string_view /*objectName*/) {}
-  void RemoveObject(std::string_view /*objectName*/) {}
-  void AdvanceAnimation(const glm::mat4& /*viewProj*/, float /*dt*/) {}
-  void Draw(int /*pass*/, const glm::mat4& /*viewProj*/) {}
-
- private:
-  RenderDevice& device_;
-};
 
 class ParticleManager {
  public:
