@@ -21,7 +21,7 @@ TEST(ToolCommandLine, HelpAndUnknownOptionsPrintTheUsageAndCreateNothing) {
                         {"--fast game", 2, "unknown option --fast\nusage: "},
                         {"", 2, "usage: "},
                         {"a b", 2, "usage: "}};
-  for (const char* tool : {GRINDLE_TEXGEN, GRINDLE_SYNTH, GRINDLE_FONTBAKE}) {
+  for (const char* tool : {GRINDLE_TEXGEN, GRINDLE_SYNTH, GRINDLE_FONTBAKE, GRINDLE_MODELGEN}) {
     for (const Case& c : cases) {
       SCOPED_TRACE(std::string(tool) + " " + c.arguments);
       TempWorkDir dir;
