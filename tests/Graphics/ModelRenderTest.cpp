@@ -4,9 +4,13 @@
 // holds the shipped shaders and textures and a copy of the test models.
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
+#include "Core/ResourceManager.h"
+#include "Core/ThreadManager.h"
 #include "GoldenImage.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 
@@ -208,6 +212,36 @@ TEST_F(ModelRenderTest, BrokenAndRewrittenFiles) {
                          "the old model stays\n"),
             std::string::npos)
       << refused;
+}
+
+// The whole hot-reload path: the directory watcher sees the rewrite, the resource manager's frame
+// update reloads the file, and the model (same address, so every object holding it) changes.
+TEST_F(ModelRenderTest, AModelFileWrittenWhileWatchedIsReloaded) {
+  const fs::path file = sFolder_ / "Assets" / "Models" / "Static" / "Watched.mdl";
+  fs::copy_file(sFolder_ / "Assets" / "Models" / "Static" / "Pyramid.mdl", file,
+                fs::copy_options::overwrite_existing);
+  ThreadManager threads(2, 10);
+  ResourceManager resources(threads, messages_, sFolder_.string());
+  ModelStore store(&resources);
+  const GpuModel& model = store.Get(ModelKind::kStatic, "Watched");
+  EXPECT_EQ(model.generation, 0u);
+  EXPECT_EQ(model.materials[1].diffuse, glm::vec4(0.2f, 0.4f, 0.9f, 1));
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  std::string text = [&] {
+    std::ifstream in(file);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }();
+  text.replace(text.find("Diffuse: 0.2 0.4 0.9 1"), 22, "Diffuse: 0.9 0.1 0.1 1");
+  std::ofstream(file) << text;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+  const std::string said = CaptureStdout([&] {
+    while (model.generation == 0 && std::chrono::steady_clock::now() < deadline) {
+      resources.Update();
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+  });
+  EXPECT_EQ(model.generation, 1u) << said;
+  EXPECT_EQ(model.materials[1].diffuse, glm::vec4(0.9f, 0.1f, 0.1f, 1));
 }
 
 }  // namespace
