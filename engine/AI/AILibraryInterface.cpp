@@ -8,38 +8,13 @@
 #include "AI/Script.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle {
 namespace {
 
-constexpr std::string_view kOwner = "AI";
 constexpr std::string_view kScriptFolder = "Scripts/";
-
-// Every message the AI system listens to, in the order Start registers them.
-std::vector<std::string_view> ListenedMessages() {
-  std::vector<std::string_view> names = {"ResourceReloaded",
-                                         "Mouse",
-                                         "SCR:SetControllerVibration",
-                                         "msgObjectCreated",
-                                         "msgLevelObjectCreated",
-                                         "msgObjectDestroyed",
-                                         "LevelInitializeComplete",
-                                         "ConsolePrint",
-                                         "UnloadAllLevels",
-                                         "LevelSwitched",
-                                         "Keyboard",
-                                         "XboxController",
-                                         "UnloadLevel"};
-  for (std::string_view request : ScriptRequests::Names()) {
-    if (request != "SCR:SetControllerVibration") names.push_back(request);
-  }
-  for (std::string_view name : {"TogglePauseMsg", "ExitToMainMenuMSG", "msgLeftStick_Down",
-                                "msgLeftStick_Up", "msgRightStick_Down", "msgRightStick_Up"}) {
-    names.push_back(name);
-  }
-  return names;
-}
 
 }  // namespace
 
@@ -53,59 +28,55 @@ void AIInterface::OnLoad() {
   WriteStartupValues();
 }
 
-void AIInterface::OnStart() {
-  MessageHandler& messages = Messages();
-  for (std::string_view name : ListenedMessages()) {
-    auto listen = [&](auto handler) { messages.Listen(name, kOwner, handler); };
-    if (name == "ResourceReloaded") {
-      listen([this](MessageArgs args) {
-        const std::string file = TextAt(args, 0);
-        if (file.find("lua") == std::string::npos) return;
-        // Scripts know their file relative to the script folder.
-        const std::string fileName =
-            file.starts_with(kScriptFolder) ? file.substr(kScriptFolder.size()) : file;
-        if (pHost_->TakeReloadNotice(fileName)) pHost_->ReloadScriptFile(fileName);
-      });
-    } else if (name == "Mouse") {
-      listen([this](MessageArgs args) { pInput_->ForwardMouse(args); });
-    } else if (name == "Keyboard") {
-      listen([this](MessageArgs args) { pInput_->ForwardKeyboard(args); });
-    } else if (name == "XboxController") {
-      listen([this](MessageArgs args) { pInput_->ForwardPads(args); });
-    } else if (name == "msgObjectCreated") {
-      listen([this](MessageArgs args) { StartObjectScripts(args, false); });
-    } else if (name == "msgLevelObjectCreated") {
-      listen([this](MessageArgs args) { StartObjectScripts(args, true); });
-    } else if (name == "msgObjectDestroyed") {
-      listen([this](MessageArgs args) { CloseDestroyedObject(args); });
-    } else if (name == "LevelInitializeComplete") {
-      listen([this](MessageArgs args) { StartPlayerScripts(args); });
-    } else if (name == "ConsolePrint") {
-      listen([](MessageArgs args) { std::printf("%s\n", TextAt(args, 0).c_str()); });
-    } else if (name == "UnloadAllLevels") {
-      listen([this](MessageArgs) { pHost_->CloseAllScripts(); });
-    } else if (name == "LevelSwitched") {
-      listen([this](MessageArgs args) { CloseSwitchedLevel(args); });
-    } else if (name == "UnloadLevel") {
-      listen([this](MessageArgs args) { CloseUnloadedLevel(args); });
-    } else if (name == "TogglePauseMsg") {
-      listen([this](MessageArgs) { TogglePause(); });
-    } else if (name == "ExitToMainMenuMSG") {
-      listen([this](MessageArgs) { ExitToMainMenu(); });
-    } else if (name.starts_with("msg")) {
+const msg::RouteTable<AIInterface>& AIInterface::Routes() {
+  using A = AIInterface;
+  static constexpr msg::Route<A> kRoutes[] = {
+      {msg::kResourceReloaded, [](A& ai, MessageArgs a) { ai.ReloadChangedScript(a); }},
+      {msg::kMouse, [](A& ai, MessageArgs a) { ai.pInput_->ForwardMouse(a); }},
+      {msg::kObjectCreated, [](A& ai, MessageArgs a) { ai.StartObjectScripts(a, false); }},
+      {msg::kLevelObjectCreated, [](A& ai, MessageArgs a) { ai.StartObjectScripts(a, true); }},
+      {msg::kObjectDestroyed, [](A& ai, MessageArgs a) { ai.CloseDestroyedObject(a); }},
+      {msg::kLevelInitializeComplete, [](A& ai, MessageArgs a) { ai.StartPlayerScripts(a); }},
+      {msg::kConsolePrint,
+       [](A&, MessageArgs a) { std::printf("%s\n", msg::TextOr(a[0]).c_str()); }},
+      {msg::kUnloadAllLevels, [](A& ai, MessageArgs) { ai.pHost_->CloseAllScripts(); }},
+      {msg::kLevelSwitched, [](A& ai, MessageArgs a) { ai.CloseSwitchedLevel(a); }},
+      {msg::kKeyboard, [](A& ai, MessageArgs a) { ai.pInput_->ForwardKeyboard(a); }},
+      {msg::kXboxController, [](A& ai, MessageArgs a) { ai.pInput_->ForwardPads(a); }},
+      {msg::kUnloadLevel, [](A& ai, MessageArgs a) { ai.CloseUnloadedLevel(a); }},
+      {msg::kTogglePause, [](A& ai, MessageArgs) { ai.TogglePause(); }},
+      {msg::kExitToMainMenu, [](A& ai, MessageArgs) { ai.ExitToMainMenu(); }},
       // Stick steps drive scripted menus: both Down messages mean down, both Up messages up.
-      const char* menuMessage = name.ends_with("_Down") ? "SCR:MenuDown" : "SCR:MenuUp";
-      listen([this, menuMessage](MessageArgs args) {
-        Messages().SendArgs(menuMessage, NumberAt(args, 0));
-      });
-    } else {
-      pRequests_->Listen(name, kOwner);
-    }
-  }
+      {msg::kLeftStickDown, [](A& ai, MessageArgs a) { ai.StepMenu(msg::scr::kMenuDown, a); }},
+      {msg::kLeftStickUp, [](A& ai, MessageArgs a) { ai.StepMenu(msg::scr::kMenuUp, a); }},
+      {msg::kRightStickDown, [](A& ai, MessageArgs a) { ai.StepMenu(msg::scr::kMenuDown, a); }},
+      {msg::kRightStickUp, [](A& ai, MessageArgs a) { ai.StepMenu(msg::scr::kMenuUp, a); }},
+  };
+  static constexpr msg::RouteTable<A> kTable{"AI", kRoutes};
+  return kTable;
+}
+
+void AIInterface::OnStart() {
+  Routes().Listen(Messages(), *this);
+  ScriptRequests::Routes().Listen(Messages(), *pRequests_);
+}
+
+void AIInterface::ReloadChangedScript(MessageArgs args) {
+  const std::string file = msg::TextOr(args[0]);
+  if (file.find("lua") == std::string::npos) return;
+  // Scripts know their file relative to the script folder.
+  const std::string fileName =
+      file.starts_with(kScriptFolder) ? file.substr(kScriptFolder.size()) : file;
+  if (pHost_->TakeReloadNotice(fileName)) pHost_->ReloadScriptFile(fileName);
+}
+
+void AIInterface::StepMenu(const msg::MessageType<msg::Real>& menuMessage, MessageArgs args) {
+  msg::Post(Messages(), menuMessage, msg::ScriptNumber::Read(args[0]));
 }
 
 void AIInterface::OnExit() {
-  for (std::string_view name : ListenedMessages()) Messages().UnListen(name, kOwner);
+  Routes().UnListen(Messages());
+  ScriptRequests::Routes().UnListen(Messages());
 }
 
 void AIInterface::OnUnload() {

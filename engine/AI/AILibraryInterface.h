@@ -10,6 +10,7 @@
 
 #include "AI/ScriptRequests.h"
 #include "Core/DataHandle.h"
+#include "Core/Messages/RouteTable.h"
 #include "Core/SystemBase.h"
 
 namespace grindle {
@@ -17,7 +18,6 @@ namespace grindle {
 class Database;
 class InputForwarding;
 class ScriptHost;
-struct MessageArgs;
 
 class AIInterface final : public SystemBase {
  public:
@@ -34,6 +34,12 @@ class AIInterface final : public SystemBase {
   void OnStart() override;
   void OnExit() override;
   void OnUnload() override;
+
+  // What the AI system listens to, in order, under the owner "AI" (the requests have their own).
+  static const msg::RouteTable<AIInterface>& Routes();
+  void ReloadChangedScript(MessageArgs args);
+  // A stick step sent on to the scripts' menus with its pad number.
+  void StepMenu(const msg::MessageType<msg::Real>& menuMessage, MessageArgs args);
 
   // Object and level messages (AIScriptEvents.cpp).
   void StartObjectScripts(MessageArgs args, bool deferPlayers);

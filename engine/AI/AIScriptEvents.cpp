@@ -10,6 +10,7 @@
 #include "AI/Script.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle {
@@ -28,13 +29,13 @@ bool IsPlayer(const std::string& name) {
 }  // namespace
 
 void AIInterface::StartObjectScripts(MessageArgs args, bool deferPlayers) {
-  const std::string name = TextAt(args, 1);
+  const std::string name = msg::TextOr(args[1]);
   if (deferPlayers && IsPlayer(name)) return;
-  LoadObjectScripts("Levels." + TextAt(args, 2) + ".GameObjects." + name, name);
+  LoadObjectScripts("Levels." + msg::TextOr(args[2]) + ".GameObjects." + name, name);
 }
 
 void AIInterface::StartPlayerScripts(MessageArgs args) {
-  const std::string level = TextAt(args, 0);
+  const std::string level = msg::TextOr(args[0]);
   for (const char* player : kPlayerNames) {
     LoadObjectScripts("Levels." + level + ".GameObjects." + player, player);
   }
@@ -63,31 +64,32 @@ void AIInterface::LoadObjectScripts(const std::string& objectPath, const std::st
 }
 
 void AIInterface::CloseDestroyedObject(MessageArgs args) {
-  pHost_->CloseScriptsOfObject("Levels." + CurrentLevelName() + ".GameObjects." + TextAt(args, 0));
+  pHost_->CloseScriptsOfObject("Levels." + CurrentLevelName() + ".GameObjects." +
+                               msg::TextOr(args[0]));
 }
 
 // "LevelSwitched"(old, new): the old level's scripts end as soon as it stops being current; on a
 // reload that is the first message, ("level", "").
 void AIInterface::CloseSwitchedLevel(MessageArgs args) {
-  const std::string old = TextAt(args, 0);
+  const std::string old = msg::TextOr(args[0]);
   if (!old.empty()) pHost_->CloseScriptsOfLevel(old);
 }
 
 void AIInterface::CloseUnloadedLevel(MessageArgs args) {
-  pHost_->CloseScriptsOfLevel(TextAt(args, 0));
+  pHost_->CloseScriptsOfLevel(msg::TextOr(args[0]));
 }
 
 void AIInterface::TogglePause() {
   DataHandle<bool> paused = Root().Find<bool>(KeyOf(WellKnown::isGamePaused));
   if (!paused) paused = Root().Add<bool>("isGamePaused", false);
   *paused = !*paused;
-  Messages().Send(*paused ? "GamePaused" : "GameUnpaused");
+  msg::Post(Messages(), *paused ? msg::kGamePaused : msg::kGameUnpaused);
 }
 
 void AIInterface::ExitToMainMenu() {
   const DataHandle<bool> paused = Root().Find<bool>(KeyOf(WellKnown::isGamePaused));
-  // The pause toggle, delivered before the level change, unpauses and announces "GameUnpaused".
-  if (paused && *paused) Messages().Send("TogglePauseMsg");
+  // The pause toggle, delivered before the level change, unpauses and announces it.
+  if (paused && *paused) msg::Post(Messages(), msg::kTogglePause);
   if (const DataHandle<std::string> next = Root().Find<std::string>(KeyOf(WellKnown::NextLevel))) {
     *next = "LevelTitleScreen";
   } else {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Input/Keyboard.h"
 #include "Input/Mouse.h"
 #include "Input/XboxControllerHub.h"
@@ -25,35 +26,33 @@ constexpr std::string_view kPadButtons[] = {"A",    "B",    "X",          "Y",  
 // A stick counts as pushed in a direction past this much of its travel.
 constexpr float kStickStep = 0.5f;
 
-std::string Text(std::string_view view) { return std::string(view); }
-
 }  // namespace
 
 void InputForwarding::ForwardKeyboard(MessageArgs args) {
-  const Keyboard* keyboard = args.Get<Keyboard>(0);
+  const Keyboard* keyboard = msg::kKeyboard.Read<0>(args);
   if (keyboard == nullptr) return;
   for (int key = kFirstKeyboardCode; key < kKeyCodeCount; ++key) {
     const std::string_view name = VirtualKeyName(key);
     if (name.empty()) continue;
     if (keyboard->IsTriggered(key)) {
-      messages_.SendArgs("SCR:KeyboardTriggered", Text(name));
+      msg::Post(messages_, msg::scr::kKeyboardTriggered, name);
       const int cheat = key - vk::kF1;
       if (cheat >= 0 && cheat < static_cast<int>(std::size(kCheats))) {
-        messages_.SendArgs("SCR:Cheat", Text(kCheats[cheat]));
+        msg::Post(messages_, msg::scr::kCheat, kCheats[cheat]);
       }
     }
-    if (keyboard->IsDown(key)) messages_.SendArgs("SCR:KeyboardPressed", Text(name));
+    if (keyboard->IsDown(key)) msg::Post(messages_, msg::scr::kKeyboardPressed, name);
   }
 }
 
 void InputForwarding::ForwardMouse(MessageArgs args) {
-  const Mouse* mouse = args.Get<Mouse>(0);
+  const Mouse* mouse = msg::kMouse.Read<0>(args);
   if (mouse == nullptr) return;
   for (MouseButton button : {kMouseLeft, kMouseMiddle, kMouseRight}) {
     const std::string name = MouseButtonName(button);
-    if (mouse->IsTriggered(button)) messages_.SendArgs("SCR:MouseButtonTriggered", name);
-    if (mouse->IsDown(button)) messages_.SendArgs("SCR:MouseButtonPressed", name);
-    if (mouse->IsReleased(button)) messages_.SendArgs("SCR:MouseButtonReleased", name);
+    if (mouse->IsTriggered(button)) msg::Post(messages_, msg::scr::kMouseButtonTriggered, name);
+    if (mouse->IsDown(button)) msg::Post(messages_, msg::scr::kMouseButtonPressed, name);
+    if (mouse->IsReleased(button)) msg::Post(messages_, msg::scr::kMouseButtonReleased, name);
   }
   if (!hasMousePosition_ || mouse->X() != iMouseX_ || mouse->Y() != iMouseY_) {
     // Movement since the last forwarded position, positive to the right and down.
@@ -62,47 +61,46 @@ void InputForwarding::ForwardMouse(MessageArgs args) {
     hasMousePosition_ = true;
     iMouseX_ = mouse->X();
     iMouseY_ = mouse->Y();
-    messages_.SendArgs("SCR:MouseDeltaPosition", static_cast<double>(dx), static_cast<double>(dy));
-    messages_.SendArgs("SCR:MousePosition", static_cast<double>(iMouseX_),
-                       static_cast<double>(iMouseY_));
+    msg::Post(messages_, msg::scr::kMouseDeltaPosition, dx, dy);
+    msg::Post(messages_, msg::scr::kMousePosition, iMouseX_, iMouseY_);
   }
   if (mouse->Wheel() != kWheelNone) {
-    messages_.SendArgs("SCR:MouseWheel", mouse->Wheel() == kWheelForward ? 1.0 : -1.0);
+    msg::Post(messages_, msg::scr::kMouseWheel, mouse->Wheel() == kWheelForward ? 1.0 : -1.0);
   }
 }
 
 namespace {
 
-void SendStickSteps(MessageHandler& messages, const char* stick, float x, float y, float previousX,
-                    float previousY, double pad) {
-  const struct {
-    const char* direction;
-    bool now;
-    bool before;
-  } steps[] = {{"Down", y < -kStickStep, previousY < -kStickStep},
-               {"Up", y > kStickStep, previousY > kStickStep},
-               {"Left", x < -kStickStep, previousX < -kStickStep},
-               {"Right", x > kStickStep, previousX > kStickStep}};
-  for (const auto& step : steps) {
-    if (step.now && !step.before) {
-      messages.SendArgs(std::string("msg") + stick + "_" + step.direction, pad);
-    }
+using StickStep = msg::MessageType<msg::Real>;
+// Per stick: down, up, left, right.
+constexpr const StickStep* kLeftStickSteps[] = {&msg::kLeftStickDown, &msg::kLeftStickUp,
+                                                &msg::kLeftStickLeft, &msg::kLeftStickRight};
+constexpr const StickStep* kRightStickSteps[] = {&msg::kRightStickDown, &msg::kRightStickUp,
+                                                 &msg::kRightStickLeft, &msg::kRightStickRight};
+
+void SendStickSteps(MessageHandler& messages, const StickStep* const (&stepMessages)[4], float x,
+                    float y, float previousX, float previousY, double pad) {
+  const bool now[] = {y<-kStickStep, y> kStickStep, x<-kStickStep, x> kStickStep};
+  const bool before[] = {previousY<-kStickStep, previousY> kStickStep,
+                         previousX<-kStickStep, previousX> kStickStep};
+  for (size_t i = 0; i < std::size(now); ++i) {
+    if (now[i] && !before[i]) msg::Post(messages, *stepMessages[i], pad);
   }
 }
 
 void ForwardTrigger(MessageHandler& messages, const char* name, float value, bool triggered,
                     double pad) {
   if (triggered) {
-    messages.SendArgs("SCR:ControllerButtonTriggered", std::string(name), pad);
+    msg::Post(messages, msg::scr::kControllerButtonTriggered, name, pad);
   } else if (value > 0.0f) {
-    messages.SendArgs("SCR:ControllerButton", std::string(name), pad);
+    msg::Post(messages, msg::scr::kControllerButton, name, pad);
   }
 }
 
 }  // namespace
 
 void InputForwarding::ForwardPads(MessageArgs args) {
-  const XboxControllerHub* hub = args.Get<XboxControllerHub>(0);
+  const XboxControllerHub* hub = msg::kXboxController.Read<0>(args);
   if (hub == nullptr) return;
   for (int pad = 0; pad < kControllerCount; ++pad) {
     if (!hub->IsActive(pad)) continue;
@@ -110,29 +108,27 @@ void InputForwarding::ForwardPads(MessageArgs args) {
     const double index = pad;
     using S = XboxController::Stick;
     if (controller.LeftStickActive()) {
-      messages_.SendArgs("SCR:ControllerLeftStick", index,
-                         static_cast<double>(hub->LeftStickX(pad)),
-                         static_cast<double>(hub->LeftStickY(pad)));
+      msg::Post(messages_, msg::scr::kControllerLeftStick, index, hub->LeftStickX(pad),
+                hub->LeftStickY(pad));
     }
     if (controller.RightStickActive()) {
-      messages_.SendArgs("SCR:ControllerRightStick", index,
-                         static_cast<double>(hub->RightStickX(pad)),
-                         static_cast<double>(hub->RightStickY(pad)));
+      msg::Post(messages_, msg::scr::kControllerRightStick, index, hub->RightStickX(pad),
+                hub->RightStickY(pad));
     }
     for (std::string_view name : kPadButtons) {
       const uint16_t mask = PadButtonMask(name);
       if (hub->IsTriggered(pad, mask))
-        messages_.SendArgs("SCR:ControllerButtonTriggered", Text(name), index);
-      if (hub->IsDown(pad, mask)) messages_.SendArgs("SCR:ControllerButton", Text(name), index);
+        msg::Post(messages_, msg::scr::kControllerButtonTriggered, name, index);
+      if (hub->IsDown(pad, mask)) msg::Post(messages_, msg::scr::kControllerButton, name, index);
     }
     ForwardTrigger(messages_, "RightTrigger", hub->RightTrigger(pad),
                    hub->RightTriggerTriggered(pad), index);
     ForwardTrigger(messages_, "LeftTrigger", hub->LeftTrigger(pad), hub->LeftTriggerTriggered(pad),
                    index);
-    SendStickSteps(messages_, "LeftStick", controller.StickValue(S::kLeftX),
+    SendStickSteps(messages_, kLeftStickSteps, controller.StickValue(S::kLeftX),
                    controller.StickValue(S::kLeftY), controller.PreviousStickValue(S::kLeftX),
                    controller.PreviousStickValue(S::kLeftY), index);
-    SendStickSteps(messages_, "RightStick", controller.StickValue(S::kRightX),
+    SendStickSteps(messages_, kRightStickSteps, controller.StickValue(S::kRightX),
                    controller.StickValue(S::kRightY), controller.PreviousStickValue(S::kRightX),
                    controller.PreviousStickValue(S::kRightY), index);
   }

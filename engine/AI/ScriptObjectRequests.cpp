@@ -10,6 +10,7 @@
 #include "Core/Database.h"
 #include "Core/MathTypes.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle {
@@ -21,9 +22,9 @@ void ScriptRequests::SetColor(MessageArgs args) {
   if (!object) return;
   DataHandle<Database> material = object->Find<Database>(KeyOf(WellKnown::Material));
   if (!material) material = object->Add<Database>("Material");
-  const float r = static_cast<float>(NumberAt(args, 1));
-  const float g = static_cast<float>(NumberAt(args, 2));
-  const float b = static_cast<float>(NumberAt(args, 3));
+  const float r = static_cast<float>(msg::ScriptNumber::Read(args[1]));
+  const float g = static_cast<float>(msg::ScriptNumber::Read(args[2]));
+  const float b = static_cast<float>(msg::ScriptNumber::Read(args[3]));
   if (const auto diffuse = material->Find<glm::vec4>(KeyOf(WellKnown::Diffuse))) {
     *diffuse = glm::vec4(r, g, b, diffuse->w);
   } else if (const auto vector = material->Find<Vector4>(KeyOf(WellKnown::Diffuse))) {
@@ -34,46 +35,47 @@ void ScriptRequests::SetColor(MessageArgs args) {
 }
 
 void ScriptRequests::CreateObject(MessageArgs args) {
-  const std::string archetypeName = TextAt(args, 0);
-  const std::string name = TextAt(args, 1);
+  const std::string archetypeName = msg::TextOr(args[0]);
+  const std::string name = msg::TextOr(args[1]);
   const DataHandle<Database> archetype =
       ResolveDatabase(root_, "GameObjectArchetypes." + archetypeName);
   const DataHandle<std::string> level = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
   const DataHandle<Database> objects =
       level ? ResolveDatabase(root_, "Levels." + *level + ".GameObjects") : DataHandle<Database>{};
   if (!archetype || !objects) {
-    std::printf("SCR:CreateObject: no archetype \"%s\" or no current level to put it in\n",
-                archetypeName.c_str());
+    std::printf("%s: no archetype \"%s\" or no current level to put it in\n",
+                msg::NameOf(msg::scr::kCreateObject), archetypeName.c_str());
     return;
   }
   // Replacing a live object would pull its data out from under the systems that hold it.
   if (objects->FindEntry(name) != nullptr) {
-    std::printf("SCR:CreateObject: an object named \"%s\" already exists\n", name.c_str());
+    std::printf("%s: an object named \"%s\" already exists\n", msg::NameOf(msg::scr::kCreateObject),
+                name.c_str());
     return;
   }
   const DataHandle<Database> copy = objects->Add<Database>(name, *archetype);
-  messages_.SendArgs("msgObjectCreated", copy, name, *level);
+  msg::Post(messages_, msg::kObjectCreated, copy, name, *level);
 }
 
 void ScriptRequests::DestroyObject(MessageArgs args) {
-  messages_.SendArgs("msgObjectDestroyed", TextAt(args, 0));
+  msg::Post(messages_, msg::kObjectDestroyed, msg::TextOr(args[0]));
 }
 
 void ScriptRequests::SetCountdown(MessageArgs args) {
-  const double index = NumberAt(args, 0);
+  const double index = msg::ScriptNumber::Read(args[0]);
   // Written so that NaN fails too: only whole numbers from 0 up to the last countdown pass.
   const bool isIndex = std::isfinite(index) && std::trunc(index) == index && index >= 0.0 &&
                        index < static_cast<double>(kCountdownCount);
   if (!isIndex) {
-    std::printf("SCR:SetCountdown: no countdown %g (there are %zu, from 0)\n", index,
-                kCountdownCount);
+    std::printf("%s: no countdown %g (there are %zu, from 0)\n",
+                msg::NameOf(msg::scr::kSetCountdown), index, kCountdownCount);
     return;
   }
-  timers_.countdowns[static_cast<size_t>(index)] = NumberAt(args, 1);
+  timers_.countdowns[static_cast<size_t>(index)] = msg::ScriptNumber::Read(args[1]);
 }
 
 void ScriptRequests::TrackDate(MessageArgs args) {
-  timers_.isDateTracked = NumberAt(args, 0) != 0.0;
+  timers_.isDateTracked = msg::ScriptNumber::Read(args[0]) != 0.0;
 }
 
 }  // namespace grindle

@@ -4,95 +4,65 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "AI/DataPath.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle {
 
-std::string TextAt(MessageArgs args, uint32_t i) {
-  const std::string* text = args.Get<std::string>(i);
-  return text != nullptr ? *text : std::string();
-}
-
-// A number the script wrote as text ("3") counts as that number; anything else as 0.
-double NumberAt(MessageArgs args, uint32_t i) {
-  if (const double* number = args.Get<double>(i)) return *number;
-  if (const std::string* text = args.Get<std::string>(i))
-    return std::strtod(text->c_str(), nullptr);
-  return 0.0;
-}
-
-const std::vector<std::string_view>& ScriptRequests::Names() {
-  static const std::vector<std::string_view> names = {"SCR:AddForceToObject",
-                                                      "SCR:AddRelativeForceToObject",
-                                                      "SCR:RotateObjectAboutY",
-                                                      "SCR:RotateObjectWithLightAboutY",
-                                                      "SCR:SetVelocityOnBody",
-                                                      "SCR:SetVelocityXZOnBody",
-                                                      "SCR:SetRelativeVelocityOnBody",
-                                                      "SCR:SetObjectColor",
-                                                      "SCR:SetBodySpeed",
-                                                      "SCR:SetControllerVibration",
-                                                      "SCR:CreateObject",
-                                                      "SCR:DestroyObject",
-                                                      "SCR:SetCountdown",
-                                                      "SCR:TrackDate"};
-  return names;
-}
-
-ScriptRequests::Handler ScriptRequests::HandlerOf(std::string_view request) {
-  static const Handler handlers[] = {&ScriptRequests::AddForce,
-                                     &ScriptRequests::AddRelativeForce,
-                                     &ScriptRequests::RotateAboutY,
-                                     &ScriptRequests::RotateWithLightAboutY,
-                                     &ScriptRequests::SetVelocity,
-                                     &ScriptRequests::SetVelocityXZ,
-                                     &ScriptRequests::SetRelativeVelocity,
-                                     &ScriptRequests::SetColor,
-                                     &ScriptRequests::SetSpeed,
-                                     &ScriptRequests::SetVibration,
-                                     &ScriptRequests::CreateObject,
-                                     &ScriptRequests::DestroyObject,
-                                     &ScriptRequests::SetCountdown,
-                                     &ScriptRequests::TrackDate};
-  const auto& names = Names();
-  for (size_t i = 0; i < names.size(); ++i) {
-    if (names[i] == request) return handlers[i];
-  }
-  return nullptr;
-}
-
-void ScriptRequests::Listen(std::string_view request, std::string_view owner) {
-  const Handler handler = HandlerOf(request);
-  if (handler == nullptr) return;
-  messages_.Listen(request, owner, [this, handler](MessageArgs args) { (this->*handler)(args); });
+const msg::RouteTable<ScriptRequests>& ScriptRequests::Routes() {
+  using S = ScriptRequests;
+  static constexpr msg::Route<S> kRoutes[] = {
+      {msg::scr::kAddForceToObject, [](S& s, MessageArgs a) { s.AddForce(a); }},
+      {msg::scr::kAddRelativeForceToObject, [](S& s, MessageArgs a) { s.AddRelativeForce(a); }},
+      {msg::scr::kRotateObjectAboutY, [](S& s, MessageArgs a) { s.RotateAboutY(a); }},
+      {msg::scr::kRotateObjectWithLightAboutY,
+       [](S& s, MessageArgs a) { s.RotateWithLightAboutY(a); }},
+      {msg::scr::kSetVelocityOnBody, [](S& s, MessageArgs a) { s.SetVelocity(a); }},
+      {msg::scr::kSetVelocityXZOnBody, [](S& s, MessageArgs a) { s.SetVelocityXZ(a); }},
+      {msg::scr::kSetRelativeVelocityOnBody, [](S& s, MessageArgs a) { s.SetRelativeVelocity(a); }},
+      {msg::scr::kSetObjectColor, [](S& s, MessageArgs a) { s.SetColor(a); }},
+      {msg::scr::kSetBodySpeed, [](S& s, MessageArgs a) { s.SetSpeed(a); }},
+      {msg::scr::kSetControllerVibration, [](S& s, MessageArgs a) { s.SetVibration(a); }},
+      {msg::scr::kCreateObject, [](S& s, MessageArgs a) { s.CreateObject(a); }},
+      {msg::scr::kDestroyObject, [](S& s, MessageArgs a) { s.DestroyObject(a); }},
+      {msg::scr::kSetCountdown, [](S& s, MessageArgs a) { s.SetCountdown(a); }},
+      {msg::scr::kTrackDate, [](S& s, MessageArgs a) { s.TrackDate(a); }},
+  };
+  static constexpr msg::RouteTable<S> kTable{"AI", kRoutes};
+  return kTable;
 }
 
 DataHandle<Database> ScriptRequests::ObjectNamed(MessageArgs args) const {
   const DataHandle<std::string> level = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
   if (!level) return {};
-  return ResolveDatabase(root_, "Levels." + *level + ".GameObjects." + TextAt(args, 0));
+  return ResolveDatabase(root_, "Levels." + *level + ".GameObjects." + msg::TextOr(args[0]));
 }
 
-void ScriptRequests::ForwardWithNumbers(const char* message, MessageArgs args, uint32_t count) {
-  AbstractPointerBase* out[5] = {MakeArgument(ObjectNamed(args))};
-  for (uint32_t i = 1; i <= count; ++i) out[i] = MakeArgument(NumberAt(args, i));
-  messages_.Send(message, out, count + 1);
+template <class... Numbers>
+void ScriptRequests::ForwardWithNumbers(const msg::MessageType<msg::Object, Numbers...>& message,
+                                        MessageArgs args) {
+  [&]<size_t... I>(std::index_sequence<I...>) {
+    msg::Post(messages_, message, ObjectNamed(args), msg::ScriptNumber::Read(args[I + 1])...);
+  }
+  (std::index_sequence_for<Numbers...>{});
 }
 
-// Nobody listens to "AddForceToBody", "AddRelativeForceToBody" or "SetBodySpeed"; they are sent
-// all the same, and scripts that want motion use the velocity requests.
-void ScriptRequests::AddForce(MessageArgs args) { ForwardWithNumbers("AddForceToBody", args, 3); }
+// Nobody listens to the force and speed answers; they are sent all the same, and scripts that
+// want motion use the velocity requests.
+void ScriptRequests::AddForce(MessageArgs args) { ForwardWithNumbers(msg::kAddForceToBody, args); }
 void ScriptRequests::AddRelativeForce(MessageArgs args) {
-  ForwardWithNumbers("AddRelativeForceToBody", args, 3);
+  ForwardWithNumbers(msg::kAddRelativeForceToBody, args);
 }
-void ScriptRequests::SetSpeed(MessageArgs args) { ForwardWithNumbers("SetBodySpeed", args, 1); }
+void ScriptRequests::SetSpeed(MessageArgs args) { ForwardWithNumbers(msg::kSetBodySpeed, args); }
 
 void ScriptRequests::RotateAboutY(MessageArgs args) {
-  messages_.SendArgs("msgSetBodyRotation", ObjectNamed(args), 0.0, 1.0, 0.0, NumberAt(args, 1));
+  msg::Post(messages_, msg::kSetBodyRotation, ObjectNamed(args), 0.0, 1.0, 0.0,
+            msg::ScriptNumber::Read(args[1]));
 }
 
 // The light turns with the body: its horizontal direction becomes the body's forward (+Z) turned
@@ -106,7 +76,7 @@ void ScriptRequests::RotateWithLightAboutY(MessageArgs args) {
   const auto x = light->Find<double>(KeyOf(WellKnown::DirectionX));
   const auto z = light->Find<double>(KeyOf(WellKnown::DirectionZ));
   if (!x || !z) return;
-  const double angle = NumberAt(args, 1);
+  const double angle = msg::ScriptNumber::Read(args[1]);
   const double length = std::hypot(*x, *z);
   *x = length * std::sin(angle);
   *z = length * std::cos(angle);
@@ -115,24 +85,24 @@ void ScriptRequests::RotateWithLightAboutY(MessageArgs args) {
 void ScriptRequests::SetVelocity(MessageArgs args) {
   const DataHandle<Database> object = ObjectNamed(args);
   if (!object) return;
-  messages_.SendArgs("msgSetBodyVelocity", object, NumberAt(args, 1), NumberAt(args, 2),
-                     NumberAt(args, 3));
+  msg::Post(messages_, msg::kSetBodyVelocity, object, msg::ScriptNumber::Read(args[1]),
+            msg::ScriptNumber::Read(args[2]), msg::ScriptNumber::Read(args[3]));
 }
 
 void ScriptRequests::SetVelocityXZ(MessageArgs args) {
-  ForwardWithNumbers("msgSetBodyVelocityXZ", args, 2);
+  ForwardWithNumbers(msg::kSetBodyVelocityXZ, args);
 }
 
 // Kept: served as an impulse, which the physics system applies as a replaced velocity.
 void ScriptRequests::SetRelativeVelocity(MessageArgs args) {
-  std::printf("AddImpulse: %f %f %f\n", NumberAt(args, 1), NumberAt(args, 2), NumberAt(args, 3));
-  ForwardWithNumbers("msgAddImpulse", args, 3);
+  std::printf("AddImpulse: %f %f %f\n", msg::ScriptNumber::Read(args[1]),
+              msg::ScriptNumber::Read(args[2]), msg::ScriptNumber::Read(args[3]));
+  ForwardWithNumbers(msg::kAddImpulse, args);
 }
 
 void ScriptRequests::SetVibration(MessageArgs args) {
-  // The pad index arrives as a script number and leaves as the integer the input system reads.
-  messages_.SendArgs("msgSetControllerVibration", static_cast<int32_t>(NumberAt(args, 0)),
-                     NumberAt(args, 1), NumberAt(args, 2));
+  msg::Post(messages_, msg::kSetControllerVibration, msg::ScriptNumber::Read(args[0]),
+            msg::ScriptNumber::Read(args[1]), msg::ScriptNumber::Read(args[2]));
 }
 
 }  // namespace grindle

@@ -11,12 +11,12 @@
 #include <vector>
 
 #include "Core/DataHandle.h"
+#include "Core/Messages/RouteTable.h"
 
 namespace grindle {
 
 class Database;
 class MessageHandler;
-struct MessageArgs;
 
 inline constexpr size_t kCountdownCount = 8;
 
@@ -30,15 +30,10 @@ class ScriptRequests {
   ScriptRequests(Database& root, MessageHandler& messages, ScriptTimers& timers)
       : root_(root), messages_(messages), timers_(timers) {}
 
-  // Every request name, in table order.
-  static const std::vector<std::string_view>& Names();
-  // Listens to one request under `owner` (the AI system decides the order).
-  void Listen(std::string_view request, std::string_view owner);
+  // Every request with its handler, listened to under the owner "AI".
+  static const msg::RouteTable<ScriptRequests>& Routes();
 
  private:
-  using Handler = void (ScriptRequests::*)(MessageArgs);
-  static Handler HandlerOf(std::string_view request);
-
   void AddForce(MessageArgs args);
   void AddRelativeForce(MessageArgs args);
   void RotateAboutY(MessageArgs args);
@@ -56,17 +51,14 @@ class ScriptRequests {
 
   // Levels.<current level>.GameObjects.<name> as a handle (null when it does not resolve).
   DataHandle<Database> ObjectNamed(MessageArgs args) const;
-  // Sends `message`(object handle, the request's numbers 1..count).
-  void ForwardWithNumbers(const char* message, MessageArgs args, uint32_t count);
+  // Sends `message`(object handle, the request's numbers 1..N).
+  template <class... Numbers>
+  void ForwardWithNumbers(const msg::MessageType<msg::Object, Numbers...>& message,
+                          MessageArgs args);
 
   Database& root_;
   MessageHandler& messages_;
   ScriptTimers& timers_;
 };
-
-// A request's argument i as text ("" when it is not one) or as a number (0 when it is neither a
-// number nor a numeric text).
-std::string TextAt(MessageArgs args, uint32_t i);
-double NumberAt(MessageArgs args, uint32_t i);
 
 }  // namespace grindle

@@ -1,37 +1,19 @@
 #include "Audio/AudioLibraryInterface.h"
 
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "Audio/AudioSys.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 #include "Input/Keyboard.h"
 
 namespace grindle {
 namespace {
-
-constexpr std::string_view kOwner = "Audio";
-
-constexpr std::string_view kMessages[] = {"PlaySong",
-                                          "StopSong",
-                                          "StopAllSounds",
-                                          "PlaySound",
-                                          "PlaySoundAt",
-                                          "StopSound",
-                                          "PlayVO",
-                                          "StopVO",
-                                          "GamePaused",
-                                          "PauseAudio",
-                                          "UnpauseMusic",
-                                          "GameUnpaused",
-                                          "ToggleSoundsMuteMSG",
-                                          "ToggleMusicMuteMSG",
-                                          "WindowActivated",
-                                          "Update3DSoundListener",
-                                          "Keyboard"};
 
 // The mute keys, clear of the cheat keys (F1-F5) and the free camera (F9).
 constexpr int kSoundsMuteKey = vk::kF1 + 6;
@@ -43,24 +25,16 @@ constexpr std::string_view kMenuLevels[] = {"LevelTitleScreen", "LoadingScreen",
 // the loop flag before the song name, scripts put the name first).
 const std::string* NameIn(MessageArgs args) {
   for (uint32_t i = 0; i < args.count; ++i) {
-    if (const std::string* name = args.Get<std::string>(i)) return name;
+    if (const std::string* name = msg::Text::Read(args[i])) return name;
   }
   return nullptr;
 }
 
-// The numeric arguments in order; scripts send doubles, engine code may send bools or integers.
+// The numeric arguments in order, wherever the name stands among them.
 std::vector<double> NumbersIn(MessageArgs args) {
   std::vector<double> numbers;
   for (uint32_t i = 0; i < args.count; ++i) {
-    if (const double* d = args.Get<double>(i)) {
-      numbers.push_back(*d);
-    } else if (const float* f = args.Get<float>(i)) {
-      numbers.push_back(*f);
-    } else if (const int* n = args.Get<int>(i)) {
-      numbers.push_back(*n);
-    } else if (const bool* b = args.Get<bool>(i)) {
-      numbers.push_back(*b ? 1.0 : 0.0);
-    }
+    if (const std::optional<double> number = msg::Real::Read(args[i])) numbers.push_back(*number);
   }
   return numbers;
 }
@@ -80,60 +54,66 @@ AudioInterface::~AudioInterface() = default;
 
 void AudioInterface::OnStart() {
   pAudio_ = std::make_unique<AudioSys>(Messages(), sAssetRoot_);
-  ListenAll();
-  Messages().SendArgs("PlaySong", "TitleTheme", 1.0);
+  Routes().Listen(Messages(), *this);
+  // Name first, as scripts write it; the reader takes either order.
+  Messages().SendArgs(msg::kPlaySong.name, "TitleTheme", 1.0);
 }
 
-void AudioInterface::OnExit() {
-  for (std::string_view name : kMessages) Messages().UnListen(name, kOwner);
-}
+void AudioInterface::OnExit() { Routes().UnListen(Messages()); }
 
 void AudioInterface::Update(float dt) {
   if (pAudio_ != nullptr) pAudio_->Update(dt);
 }
 
-void AudioInterface::ListenAll() {
-  MessageHandler& messages = Messages();
-  AudioSys& audio = *pAudio_;
-  auto on = [&](std::string_view name, auto handler) { messages.Listen(name, kOwner, handler); };
-  on("PlaySong", [this](MessageArgs args) { OnPlaySong(args); });
-  on("StopSong", [&audio](MessageArgs) { audio.StopSong(); });
-  on("StopAllSounds", [&audio](MessageArgs) { audio.StopAllSounds(); });
-  on("PlaySound", [this](MessageArgs args) { OnPlaySound(args); });
-  on("PlaySoundAt", [this](MessageArgs args) { OnPlaySoundAt(args); });
-  on("StopSound", [&audio](MessageArgs args) {
-    if (const std::string* name = NameIn(args)) audio.StopSound(*name);
-  });
-  on("PlayVO", [this](MessageArgs args) { OnPlayVO(args); });
-  on("StopVO", [&audio](MessageArgs) { audio.StopVO(); });
-  // The pause menu silences effects and voice; its music plays on.
-  on("GamePaused", [&audio](MessageArgs) {
-    audio.PauseSounds();
-    audio.PauseVoice();
-  });
-  // The window went away: everything holds.
-  on("PauseAudio", [&audio](MessageArgs) {
-    audio.PauseSounds();
-    audio.PauseMusic();
-    audio.PauseVoice();
-  });
-  on("UnpauseMusic", [&audio](MessageArgs) { audio.ResumeMusic(); });
-  on("GameUnpaused", [&audio](MessageArgs) {
-    audio.ResumeSounds();
-    audio.ResumeMusic();
-    audio.ResumeVoice();
-  });
-  on("ToggleSoundsMuteMSG", [&audio](MessageArgs) { audio.ToggleSoundsMute(); });
-  on("ToggleMusicMuteMSG", [&audio](MessageArgs) { audio.ToggleMusicMute(); });
-  on("WindowActivated", [this](MessageArgs) { ResumeOnMenuLevels(); });
-  on("Update3DSoundListener", [this](MessageArgs args) { OnListener(args); });
-  // Sent on as the toggle messages, so that whatever shows the mute state hears of it too.
-  on("Keyboard", [&messages](MessageArgs args) {
-    const Keyboard* keyboard = args.Get<Keyboard>(0);
-    if (keyboard == nullptr) return;
-    if (keyboard->IsTriggered(kSoundsMuteKey)) messages.Send("ToggleSoundsMuteMSG");
-    if (keyboard->IsTriggered(kMusicMuteKey)) messages.Send("ToggleMusicMuteMSG");
-  });
+const msg::RouteTable<AudioInterface>& AudioInterface::Routes() {
+  using A = AudioInterface;
+  static constexpr msg::Route<A> kRoutes[] = {
+      {msg::kPlaySong, [](A& a, MessageArgs args) { a.OnPlaySong(args); }},
+      {msg::kStopSong, [](A& a, MessageArgs) { a.pAudio_->StopSong(); }},
+      {msg::kStopAllSounds, [](A& a, MessageArgs) { a.pAudio_->StopAllSounds(); }},
+      {msg::kPlaySound, [](A& a, MessageArgs args) { a.OnPlaySound(args); }},
+      {msg::kPlaySoundAt, [](A& a, MessageArgs args) { a.OnPlaySoundAt(args); }},
+      {msg::kStopSound,
+       [](A& a, MessageArgs args) {
+         if (const std::string* name = NameIn(args)) a.pAudio_->StopSound(*name);
+       }},
+      {msg::kPlayVO, [](A& a, MessageArgs args) { a.OnPlayVO(args); }},
+      {msg::kStopVO, [](A& a, MessageArgs) { a.pAudio_->StopVO(); }},
+      // The pause menu silences effects and voice; its music plays on.
+      {msg::kGamePaused,
+       [](A& a, MessageArgs) {
+         a.pAudio_->PauseSounds();
+         a.pAudio_->PauseVoice();
+       }},
+      // The window went away: everything holds.
+      {msg::kPauseAudio,
+       [](A& a, MessageArgs) {
+         a.pAudio_->PauseSounds();
+         a.pAudio_->PauseMusic();
+         a.pAudio_->PauseVoice();
+       }},
+      {msg::kUnpauseMusic, [](A& a, MessageArgs) { a.pAudio_->ResumeMusic(); }},
+      {msg::kGameUnpaused,
+       [](A& a, MessageArgs) {
+         a.pAudio_->ResumeSounds();
+         a.pAudio_->ResumeMusic();
+         a.pAudio_->ResumeVoice();
+       }},
+      {msg::kToggleSoundsMute, [](A& a, MessageArgs) { a.pAudio_->ToggleSoundsMute(); }},
+      {msg::kToggleMusicMute, [](A& a, MessageArgs) { a.pAudio_->ToggleMusicMute(); }},
+      {msg::kWindowActivated, [](A& a, MessageArgs) { a.ResumeOnMenuLevels(); }},
+      {msg::kUpdate3DSoundListener, [](A& a, MessageArgs args) { a.OnListener(args); }},
+      // Sent on as the toggle messages, so that whatever shows the mute state hears of it too.
+      {msg::kKeyboard,
+       [](A& a, MessageArgs args) {
+         const Keyboard* keyboard = msg::kKeyboard.Read<0>(args);
+         if (keyboard == nullptr) return;
+         if (keyboard->IsTriggered(kSoundsMuteKey)) msg::Post(a.Messages(), msg::kToggleSoundsMute);
+         if (keyboard->IsTriggered(kMusicMuteKey)) msg::Post(a.Messages(), msg::kToggleMusicMute);
+       }},
+  };
+  static constexpr msg::RouteTable<A> kTable{"Audio", kRoutes};
+  return kTable;
 }
 
 void AudioInterface::OnPlaySong(MessageArgs args) {

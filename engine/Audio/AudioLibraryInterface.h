@@ -8,6 +8,7 @@
 #include <string>
 
 #include "Core/MessageFunction.h"
+#include "Core/Messages/RouteTable.h"
 #include "Core/SystemBase.h"
 
 namespace grindle {
@@ -29,7 +30,8 @@ class AudioInterface final : public SystemBase {
   void OnStart() override;
   void OnExit() override;
 
-  void ListenAll();
+  // What the audio system listens to, in order, under the owner "Audio".
+  static const msg::RouteTable<AudioInterface>& Routes();
   void OnPlaySong(MessageArgs args);
   void OnPlaySound(MessageArgs args);
   void OnPlaySoundAt(MessageArgs args);

@@ -4,12 +4,10 @@
 #include <cstdlib>
 
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 
 namespace grindle {
 namespace {
-
-constexpr std::string_view kVoiceStarted = "CurrentVOStarted";
-constexpr std::string_view kVoiceFinished = "CurrentVOFinished";
 
 Vec3 Cross(Vec3 a, Vec3 b) {
   return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
@@ -88,8 +86,8 @@ void AudioSys::StopAllSounds() { pool_.StopGroup(ChannelGroup::kEffect); }
 void AudioSys::PlayVO(std::string_view name, float scale) {
   VoiceLines* lines = bank_.FindLines(name);
   if (lines == nullptr || lines->empty()) return;
-  // A line cut short by the next one still gets its one "finished".
-  if (isVoicePlaying_) messages_.Send(kVoiceFinished);
+  // A line cut short by the next one still gets its one "finished" message.
+  if (isVoicePlaying_) msg::Post(messages_, msg::kCurrentVOFinished);
   Stream& line = *(*lines)[static_cast<size_t>(std::rand()) % lines->size()];
   pool_.Stop(voChannel_);
   voChannel_ = pool_.PlayStream(line, ChannelGroup::kVoice);
@@ -97,7 +95,7 @@ void AudioSys::PlayVO(std::string_view name, float scale) {
   pool_.SetMute(voChannel_, isSoundsMuted_);
   pool_.SetPaused(voChannel_, false);
   isVoicePlaying_ = true;
-  messages_.Send(kVoiceStarted);
+  msg::Post(messages_, msg::kCurrentVOStarted);
 }
 
 void AudioSys::StopVO() { pool_.Stop(voChannel_); }
@@ -170,7 +168,7 @@ void AudioSys::Update(float dt) {
   pool_.Update();
   if (isVoicePlaying_ && !pool_.IsPlaying(voChannel_)) {
     isVoicePlaying_ = false;
-    messages_.Send(kVoiceFinished);
+    msg::Post(messages_, msg::kCurrentVOFinished);
   }
 }
 

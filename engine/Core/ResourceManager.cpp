@@ -9,6 +9,7 @@
 
 #include "Core/Assert.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/MetaResource.h"
 #include "Core/ThreadManager.h"
 #include "Platform/DirectoryWatcher.h"
@@ -73,7 +74,8 @@ ResourceManager::ResourceManager(ThreadManager& threads, MessageHandler& message
 ResourceManager::~ResourceManager() {
   pTree_->isStopping.store(true);
   const auto deadline = std::chrono::steady_clock::now() + kJobStartWait;
-  while (isJobQueued_ && !pTree_->hasStarted.load() && std::chrono::steady_clock::now() < deadline) {
+  while (isJobQueued_ && !pTree_->hasStarted.load() &&
+         std::chrono::steady_clock::now() < deadline) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   while (!pTree_->mtxResetIOData_.try_lock_for(std::chrono::milliseconds(1))) {
@@ -97,7 +99,7 @@ void ResourceManager::Update() {
   for (MetaResource* resource : resources) {
     if (pTree_->changedFiles.count(resource->Name()) == 0) continue;
     resource->Reload();
-    messages_.SendArgs("ResourceReloaded", resource->Name());
+    msg::Post(messages_, msg::kResourceReloaded, resource->Name());
   }
   pTree_->changedFiles.clear();
 }

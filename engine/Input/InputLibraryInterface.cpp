@@ -1,38 +1,23 @@
 #include "Input/InputLibraryInterface.h"
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/MessageFunction.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 #include "Platform/GamePads.h"
 
 namespace grindle {
 namespace {
 
-constexpr const char* kOwner = "Input";
-constexpr const char* kVibrationMessage = "msgSetControllerVibration";
-constexpr const char* kWindowActivated = "WindowActivated";
-constexpr const char* kWindowDeactivated = "WindowDeactivated";
 constexpr const char* kLoadingScreen = "LoadingScreen";
 // Looked up in the working directory, which is the game's data folder.
 constexpr const char* kControllerDatabase = "gamecontrollerdb.txt";
-
-// The index may arrive as the integer the script bridge sends or as a script's own number.
-bool ReadControllerIndex(const MessageArgs& args, int& controller) {
-  if (const int* index = args.Get<int>(0)) {
-    controller = *index;
-    return true;
-  }
-  if (const double* index = args.Get<double>(0)) {
-    controller = static_cast<int>(*index);
-    return true;
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -48,23 +33,26 @@ void InputInterface::OnLoad() {
 void InputInterface::OnStart() {
   using MouseFunction = WindowMessageFunction<Mouse>;
   const DataHandle<MouseFunction> function = Root().Add<MouseFunction>(
-      "InputFunction", MouseFunction(&devices_.mouse, &Mouse::HandleWindowMessage,
-                                     &Mouse::AcceptsWindowMessages));
+      "InputFunction",
+      MouseFunction(&devices_.mouse, &Mouse::HandleWindowMessage, &Mouse::AcceptsWindowMessages));
   Root().Add<BaseWindowMessageFunction*>("MouseInputFunction", function.Get());
 
-  MessageHandler& messages = Messages();
-  messages.Listen(kVibrationMessage, kOwner, [this](MessageArgs args) {
-    OnSetControllerVibration(args);
-  });
-  messages.Listen(kWindowDeactivated, kOwner, [this](MessageArgs) { isWindowFocused_ = false; });
-  messages.Listen(kWindowActivated, kOwner, [this](MessageArgs) { isWindowFocused_ = true; });
+  Routes().Listen(Messages(), *this);
+}
+
+const msg::RouteTable<InputInterface>& InputInterface::Routes() {
+  using I = InputInterface;
+  static constexpr msg::Route<I> kRoutes[] = {
+      {msg::kSetControllerVibration, [](I& i, MessageArgs a) { i.OnSetControllerVibration(a); }},
+      {msg::kWindowDeactivated, [](I& i, MessageArgs) { i.isWindowFocused_ = false; }},
+      {msg::kWindowActivated, [](I& i, MessageArgs) { i.isWindowFocused_ = true; }},
+  };
+  static constexpr msg::RouteTable<I> kTable{"Input", kRoutes};
+  return kTable;
 }
 
 void InputInterface::OnExit() {
-  MessageHandler& messages = Messages();
-  messages.UnListen(kVibrationMessage, kOwner);
-  messages.UnListen(kWindowDeactivated, kOwner);
-  messages.UnListen(kWindowActivated, kOwner);
+  Routes().UnListen(Messages());
   Root().Remove(KeyOf(WellKnown::MouseInputFunction));
   Root().Remove(KeyOf(WellKnown::InputFunction));
 }
@@ -93,26 +81,27 @@ void InputInterface::PollFrame() {
   MessageHandler& messages = Messages();
   uint8_t held[kKeyCodeCount] = {};
   if (devices_.keyboard.Changed() || devices_.keyboard.HeldKeys(held) != 0) {
-    messages.SendArgs("Keyboard", devices_.keyboard);
+    msg::Post(messages, msg::kKeyboard, devices_.keyboard);
   }
-  messages.SendArgs("Mouse", devices_.mouse);
-  if (devices_.hub.AnyActive()) messages.SendArgs("XboxController", devices_.hub);
+  msg::Post(messages, msg::kMouse, devices_.mouse);
+  if (devices_.hub.AnyActive()) msg::Post(messages, msg::kXboxController, devices_.hub);
 }
 
 void InputInterface::OnSetControllerVibration(MessageArgs args) {
-  int controller = 0;
-  const double* left = args.Get<double>(1);
-  const double* right = args.Get<double>(2);
-  if (!ReadControllerIndex(args, controller) || left == nullptr || right == nullptr) {
+  const std::optional<double> index = msg::kSetControllerVibration.Read<0>(args);
+  const std::optional<double> left = msg::kSetControllerVibration.Read<1>(args);
+  const std::optional<double> right = msg::kSetControllerVibration.Read<2>(args);
+  if (!index || !left || !right) {
     std::fprintf(stderr,
                  "%s: expected a controller index and two strengths (numbers), got %u "
                  "arguments; ignored\n",
-                 kVibrationMessage, args.count);
+                 msg::NameOf(msg::kSetControllerVibration), args.count);
     return;
   }
+  const int controller = static_cast<int>(*index);
   if (controller < 0 || controller >= kControllerCount) {
-    std::fprintf(stderr, "%s: controller index %d is not 0..3; ignored\n", kVibrationMessage,
-                 controller);
+    std::fprintf(stderr, "%s: controller index %d is not 0..3; ignored\n",
+                 msg::NameOf(msg::kSetControllerVibration), controller);
     return;
   }
   devices_.hub.SetVibration(*pPads_, controller, static_cast<float>(*left),

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+#include "Core/Messages/RouteTable.h"
 #include "Core/SystemBase.h"
 #include "Input/Keyboard.h"
 #include "Input/Mouse.h"
@@ -42,6 +43,8 @@ class InputInterface final : public SystemBase {
 
   bool IsLoadingScreenUp() const;
   void PollFrame();
+  // What the input system listens to, under the owner "Input".
+  static const msg::RouteTable<InputInterface>& Routes();
   void OnSetControllerVibration(MessageArgs args);
 
   InputDevices devices_;

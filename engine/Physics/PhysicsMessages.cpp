@@ -102,7 +102,8 @@ class Handlers {
   void SetVelocityXZ(MessageArgs args) {
     btRigidBody* body = BodyOf(args);
     std::array<float, 2> v{};
-    if (body == nullptr || !RealArguments(args, msg::kSetBodyVelocityXZ.name, "object handle, x, z", v)) {
+    if (body == nullptr ||
+        !RealArguments(args, msg::kSetBodyVelocityXZ.name, "object handle, x, z", v)) {
       return;
     }
     body->activate(true);
@@ -119,8 +120,8 @@ class Handlers {
     }
     const btVector3 axis(v[0], v[1], v[2]);
     if (axis.length2() == 0) {
-      std::printf("Physics: %s for '%s' has no axis; ignored\n",
-                  std::string(msg::kSetBodyRotation.name).c_str(), record->sName_.c_str());
+      std::printf("Physics: %s for '%s' has no axis; ignored\n", msg::NameOf(msg::kSetBodyRotation),
+                  record->sName_.c_str());
       return;
     }
     btTransform placed = record->pObject_->getWorldTransform();

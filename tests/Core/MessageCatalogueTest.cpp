@@ -38,7 +38,8 @@ std::string RenderReference() {
   for (const msg::MessageInfo& row : msg::AllMessages()) {
     if (row.group != group) {
       group = row.group;
-      page += "\n### " + std::string(group) + "\n\n| message | arguments | meaning |\n|---|---|---|\n";
+      page +=
+          "\n### " + std::string(group) + "\n\n| message | arguments | meaning |\n|---|---|---|\n";
     }
     std::string arguments;
     const std::vector<std::string> names = Split(row.argumentNames);
@@ -111,13 +112,15 @@ TEST(MessageCatalogue, SendersBuildEachArgumentAsItsDeclaredKind) {
   Capture velocity(handler, msg::kSetBodyVelocity.name);
   Capture window(handler, msg::kSetClientWindow.name);
   Capture created(handler, msg::kObjectCreated.name);
+  Capture vibration(handler, msg::kSetControllerVibration.name);
 
   // Whatever numeric type a sender has, numbers travel as doubles; sizes as unsigned.
   msg::Post(handler, msg::kSetBodyVelocity, ball, 1, 2.5f, 3u);
   msg::Post(handler, msg::kSetClientWindow, 800, 600.0);
+  msg::Post(handler, msg::kSetControllerVibration, 2.9, 0.5, 1);
   const std::string_view level = "Arena";
   msg::PostNow(handler, msg::kObjectCreated, ball, "Ball", level);
-  EXPECT_EQ(handler.QueuedCount(), 2u);
+  EXPECT_EQ(handler.QueuedCount(), 3u);
   handler.Deliver(MessageHandler::kDeliverAll);
 
   const MessageArgs v = velocity.Args();
@@ -131,6 +134,12 @@ TEST(MessageCatalogue, SendersBuildEachArgumentAsItsDeclaredKind) {
   ASSERT_NE(w.Get<unsigned>(1), nullptr);
   EXPECT_EQ(*w.Get<unsigned>(0), 800u);
   EXPECT_EQ(msg::kSetClientWindow.Read<1>(w), 600.0);
+
+  // The pad index is a 32-bit integer, truncated as a cast truncates.
+  const MessageArgs pad = vibration.Args();
+  ASSERT_NE(pad.Get<int32_t>(0), nullptr);
+  EXPECT_EQ(*pad.Get<int32_t>(0), 2);
+  EXPECT_EQ(msg::kSetControllerVibration.Read<2>(pad), 1.0);
 
   const MessageArgs c = created.Args();
   ASSERT_EQ(c.count, 3u);
@@ -185,9 +194,8 @@ constexpr msg::RouteTable<Counter> kCounterTable{"Counter", kCounterRoutes};
 TEST(RouteTable, ListensAndUnlistensTheSameNamesUnderItsOwnerOnly) {
   MessageHandler handler;
   Counter counter;
-  handler.Listen(msg::kStopSong.name, "Other", [&counter](MessageArgs) {
-    counter.heard.push_back("other");
-  });
+  handler.Listen(msg::kStopSong.name, "Other",
+                 [&counter](MessageArgs) { counter.heard.push_back("other"); });
   kCounterTable.Listen(handler, counter);
   EXPECT_EQ(handler.ListenerCount(msg::kStopSong.name), 2u);
   EXPECT_EQ(handler.ListenerCount(msg::kPlaySong.name), 1u);

@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "TempWorkDir.h"
 #include "ProcessRun.h"
+#include "TempWorkDir.h"
 
 namespace grindle {
 namespace {

@@ -13,6 +13,7 @@
 #include "Core/Database.h"
 #include "Core/MemoryManager.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/ResourceManager.h"
 #include "Core/ThreadManager.h"
 #include "Core/WellKnownKeys.h"
@@ -29,7 +30,7 @@ constexpr int kJobLimit = 10;
 // Extra steps for automation, run while the levels are still loaded and the systems still live.
 void AfterFrameLoop(const EngineOptions& options, Database& root, MessageHandler& messages) {
   if (!options.screenshotFile.empty()) {
-    messages.SendArgs("msgScreenshot", options.screenshotFile);
+    msg::Post(messages, msg::kScreenshot, options.screenshotFile);
     messages.Deliver(MessageHandler::kDeliverAll);
   }
   if (options.printDatabase) {

@@ -10,6 +10,7 @@
 #include "Core/Bootstrapper/RootEntries.h"
 #include "Core/ISystem.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/ResourceManager.h"
 #include "Platform/Clock.h"
 
@@ -82,7 +83,7 @@ void FrameLoop::OnFunctionKey(int functionKey) {
     services_.root.Print(0);
     std::fflush(stdout);
   } else if (functionKey == kScreenshotKey) {
-    services_.messages.SendArgs("msgScreenshot", ScreenshotFileName());
+    msg::Post(services_.messages, msg::kScreenshot, ScreenshotFileName());
   }
 }
 

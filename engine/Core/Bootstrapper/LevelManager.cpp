@@ -6,6 +6,7 @@
 #include "Core/Bootstrapper/RootEntries.h"
 #include "Core/LookupDiagnostics.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/xmlParser.h"
 
 namespace grindle {
@@ -48,7 +49,7 @@ void LevelManager::LoadArchetypes() {
 
 void LevelManager::Initialize(const std::string& firstLevel) {
   // Kept although it does nothing: the listener is part of the manager's registrations.
-  messages_.Listen("Keyboard", "LevelManager", [](MessageArgs) {});
+  messages_.Listen(msg::kKeyboard.name, "LevelManager", [](MessageArgs) {});
   root_.Add<Database>("Levels");
   Next() = firstLevel;
 }
@@ -80,20 +81,20 @@ void LevelManager::SwitchLevel() {
     Current() = Next();
     Next().clear();
     const std::string current = Current();
-    messages_.SendArgs("msgUnloadLevel", old);
+    msg::Post(messages_, msg::kMsgUnloadLevel, old);
     LoadLevel(current);
-    messages_.SendArgs("msgLoadLevel", current);
-    messages_.SendArgs("LevelSwitched", old, current);
+    msg::Post(messages_, msg::kMsgLoadLevel, current);
+    msg::Post(messages_, msg::kLevelSwitched, old, current);
     // The old level outlives the loading of the new one.
     if (!old.empty()) UnloadLevel(old);
     return;
   }
   // Reloading the current level: no msgUnloadLevel/msgLoadLevel, only the two half switches.
   const std::string current = Current();
-  messages_.SendArgs("LevelSwitched", current, std::string());
+  msg::Post(messages_, msg::kLevelSwitched, current, "");
   UnloadLevel(current);
   LoadLevel(current);
-  messages_.SendArgs("LevelSwitched", std::string(), current);
+  msg::Post(messages_, msg::kLevelSwitched, "", current);
   Next().clear();
 }
 
@@ -105,11 +106,11 @@ void LevelManager::LoadLevelFile(const std::string& path, const std::string& nam
   const DataHandle<Database> levels = root_.Find<Database>(KeyOf(WellKnown::Levels));
   Database* pLevelDB = levels ? levels->Add<Database>(name).Get() : nullptr;
   GRINDLE_ASSERT(pLevelDB == nullptr, "Level Database failed in creation");
-  messages_.SendArgs("LevelInitialize", name);
+  msg::Post(messages_, msg::kLevelInitialize, name);
   NoteLookupOrigin("Levels." + name, path);
   ParseFile(path, *pLevelDB);
   AnnounceObjects(*pLevelDB, name);
-  messages_.SendArgs("LevelInitializeComplete", name);
+  msg::Post(messages_, msg::kLevelInitializeComplete, name);
   WriteEntry<bool>(root_, WellKnown::isGamePaused, false);
 }
 
@@ -119,7 +120,7 @@ void LevelManager::AnnounceObjects(Database& level, const std::string& name) {
   // Listing order, names as listed: a replaced object is listed (and announced) twice.
   for (const Database::Record& record : objects->Records()) {
     const DataHandle<Database> object = objects->Find<Database>(record.name);
-    if (object) messages_.SendArgs("msgLevelObjectCreated", object, record.name, name);
+    if (object) msg::Post(messages_, msg::kLevelObjectCreated, object, record.name, name);
   }
 }
 
@@ -129,10 +130,10 @@ void LevelManager::UnloadLevel(const std::string& name) {
     std::printf("Attempt to unload level that does not exist yet!\n");
     return;
   }
-  messages_.SendArgs("UnloadLevel", name);
+  msg::Post(messages_, msg::kUnloadLevel, name);
   levels->Remove(name);
 }
 
-void LevelManager::UnloadAllLevels() { messages_.Send("UnloadAllLevels"); }
+void LevelManager::UnloadAllLevels() { msg::Post(messages_, msg::kUnloadAllLevels); }
 
 }  // namespace grindle

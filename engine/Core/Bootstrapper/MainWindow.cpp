@@ -2,6 +2,7 @@
 
 #include "Core/Bootstrapper/RootEntries.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Platform/Dialogs.h"
 
 namespace grindle {
@@ -18,9 +19,7 @@ MainWindow::MainWindow(Database& root) : root_(root) {
 
 MainWindow::~MainWindow() {
   if (pMessages_ == nullptr) return;
-  pMessages_->UnListen("MinimizeWindow", kWindowOwner);
-  pMessages_->UnListen("ExitGameMSG", kWindowOwner);
-  pMessages_->UnListen("ShowWindow", kWindowOwner);
+  Routes().UnListen(*pMessages_);
 }
 
 void MainWindow::Create(MessageHandler& messages) {
@@ -30,9 +29,18 @@ void MainWindow::Create(MessageHandler& messages) {
     return;
   }
   WriteEntry<SDL_Window*>(root_, WellKnown::MainWindowHandle, window_.Handle());
-  messages.Listen("MinimizeWindow", kWindowOwner, [this](MessageArgs) { window_.ShowMinimized(); });
-  messages.Listen("ExitGameMSG", kWindowOwner, [this](MessageArgs) { Destroy(); });
-  messages.Listen("ShowWindow", kWindowOwner, [this](MessageArgs) { window_.ShowNormal(); });
+  Routes().Listen(messages, *this);
+}
+
+const msg::RouteTable<MainWindow>& MainWindow::Routes() {
+  using W = MainWindow;
+  static constexpr msg::Route<W> kRoutes[] = {
+      {msg::kMinimizeWindow, [](W& w, MessageArgs) { w.window_.ShowMinimized(); }},
+      {msg::kExitGame, [](W& w, MessageArgs) { w.Destroy(); }},
+      {msg::kShowWindow, [](W& w, MessageArgs) { w.window_.ShowNormal(); }},
+  };
+  static constexpr msg::RouteTable<W> kTable{kWindowOwner, kRoutes};
+  return kTable;
 }
 
 // Hidden rather than destroyed: the renderer's context stays bound to the window until the

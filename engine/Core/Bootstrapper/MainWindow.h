@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "Core/Messages/RouteTable.h"
 #include "Platform/Window.h"
 #include "Platform/WindowEvents.h"
 
@@ -38,6 +39,8 @@ class MainWindow {
   void OnActivate(const platform::WindowEvent& event);
   void OnMouse(const platform::WindowEvent& event);
   void Destroy();
+  // The window's own messages, listened to under the empty owner.
+  static const msg::RouteTable<MainWindow>& Routes();
 
   platform::NativeWindow window_;
   int iWidth_ = 1280;

@@ -5,6 +5,7 @@
 #include "Core/Bootstrapper/RootEntries.h"
 #include "Core/MessageFunction.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 
 namespace grindle {
 
@@ -24,14 +25,25 @@ bool IsMenuMusicLevel(const Database& root) {
 bool MainWindow::Procedure(const platform::WindowEvent& event) {
   using platform::WindowEventKind;
   switch (event.kind) {
-    case WindowEventKind::kQuit: return true;
-    case WindowEventKind::kClose: Destroy(); break;
-    case WindowEventKind::kSize: OnSize(event); break;
-    case WindowEventKind::kActivate: OnActivate(event); break;
-    case WindowEventKind::kMouse: OnMouse(event); break;
+    case WindowEventKind::kQuit:
+      return true;
+    case WindowEventKind::kClose:
+      Destroy();
+      break;
+    case WindowEventKind::kSize:
+      OnSize(event);
+      break;
+    case WindowEventKind::kActivate:
+      OnActivate(event);
+      break;
+    case WindowEventKind::kMouse:
+      OnMouse(event);
+      break;
     // Keys are swallowed: the input system samples the keyboard state itself.
-    case WindowEventKind::kKeyDown: break;
-    case WindowEventKind::kOther: break;
+    case WindowEventKind::kKeyDown:
+      break;
+    case WindowEventKind::kOther:
+      break;
   }
   return false;
 }
@@ -42,13 +54,17 @@ void MainWindow::OnSize(const platform::WindowEvent& event) {
   WriteEntry<int>(root_, WellKnown::WindowWidth, iWidth_);
   WriteEntry<int>(root_, WellKnown::WindowHeight, iHeight_);
   if (pMessages_ == nullptr) return;
-  pMessages_->SendArgs("SetClientWindow", static_cast<unsigned int>(iWidth_),
-                       static_cast<unsigned int>(iHeight_));
-  if (isActive_) pMessages_->Send("OnResize");
+  msg::Post(*pMessages_, msg::kSetClientWindow, iWidth_, iHeight_);
+  if (isActive_) msg::Post(*pMessages_, msg::kOnResize);
   switch (event.sizeKind) {
-    case platform::SizeKind::kMinimized: pMessages_->Send("PauseAudio"); break;
-    case platform::SizeKind::kMaximized: break;
-    case platform::SizeKind::kRestored: pMessages_->SendImmediate("UnpauseMusic"); break;
+    case platform::SizeKind::kMinimized:
+      msg::Post(*pMessages_, msg::kPauseAudio);
+      break;
+    case platform::SizeKind::kMaximized:
+      break;
+    case platform::SizeKind::kRestored:
+      msg::PostNow(*pMessages_, msg::kUnpauseMusic);
+      break;
   }
 }
 
@@ -58,21 +74,22 @@ void MainWindow::OnActivate(const platform::WindowEvent& event) {
     if (!isActive_) return;
     // Forced to false first so that the toggle always lands on paused.
     WriteEntry<bool>(root_, WellKnown::isGamePaused, false);
-    pMessages_->Send("TogglePauseMsg");
-    pMessages_->Send("WindowDeactivated");
+    msg::Post(*pMessages_, msg::kTogglePause);
+    msg::Post(*pMessages_, msg::kWindowDeactivated);
     isActive_ = false;
-    pMessages_->Send("PauseAudio");
+    msg::Post(*pMessages_, msg::kPauseAudio);
     return;
   }
-  if (isActive_) pMessages_->SendImmediate("UnpauseMusic");
+  if (isActive_) msg::PostNow(*pMessages_, msg::kUnpauseMusic);
   if (!event.isMinimized && !isActive_) {
     window_.Restore();
-    pMessages_->Send("WindowActivated");
+    msg::Post(*pMessages_, msg::kWindowActivated);
     isActive_ = true;
   }
   if (event.isMinimized) {
     isActive_ = false;
-    if (IsMenuMusicLevel(root_)) pMessages_->SendArgs("PlaySong", kMenuThemeLoop, "MenuTheme");
+    if (IsMenuMusicLevel(root_))
+      msg::Post(*pMessages_, msg::kPlaySong, kMenuThemeLoop, "MenuTheme");
   }
 }
 

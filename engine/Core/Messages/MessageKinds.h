@@ -1,9 +1,11 @@
 // The kinds a message argument can have, each with the one rule for building it (Sent) and for
 // reading it back (Read). Every sender and receiver goes through these, so a conversion (numbers
 // travel as doubles, the platform wants floats, objects travel as handles) is written only here.
-// Read never fails loudly: an absent or mismatched argument reads as "nothing" for the caller to test.
+// Read never fails loudly: an absent or mismatched argument reads as "nothing" for the caller to
+// test.
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -38,6 +40,15 @@ struct Real {
 struct Whole {
   using Sent = unsigned int;
   static constexpr std::string_view kName = "unsigned";
+  static std::optional<double> Read(const AbstractPointerBase* argument) {
+    return Real::Read(argument);
+  }
+};
+
+// A 32-bit integer (the pad index the script bridge hands the input system), read like any number.
+struct Integer {
+  using Sent = int32_t;
+  static constexpr std::string_view kName = "integer";
   static std::optional<double> Read(const AbstractPointerBase* argument) {
     return Real::Read(argument);
   }

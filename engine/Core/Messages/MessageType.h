@@ -37,6 +37,13 @@ struct MessageType {
   }
 };
 
+// The name as a C string for printf-style output; catalogue names are literals, so their data
+// ends in a NUL.
+template <class... Kinds>
+constexpr const char* NameOf(const MessageType<Kinds...>& message) {
+  return message.name.data();
+}
+
 template <class Kind, class Value>
 AbstractPointerBase* Encode(Value&& value) {
   using Sent = typename Kind::Sent;

@@ -6,13 +6,22 @@
 
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
+#include "Core/Messages/RouteTable.h"
 #include "Graphics/Effects/InputLayouts.h"
 
 namespace grindle::gfx {
 
 namespace {
 
-constexpr std::string_view kListenerOwner = "EffectSlots";
+// A changed effect file is rebuilt in its slot.
+constexpr msg::Route<EffectLibrary> kReloadRoutes[] = {
+    {msg::kResourceReloaded,
+     [](EffectLibrary& effects, MessageArgs args) {
+       if (const std::string* name = msg::kResourceReloaded.Read<0>(args)) effects.Reload(*name);
+     }},
+};
+constexpr msg::RouteTable<EffectLibrary> kReloadTable{"EffectSlots", kReloadRoutes};
 
 struct SlotRecord {
   const char* file;  // within the shader folder
@@ -71,9 +80,7 @@ void EffectLibrary::CreateSet(bool isStartup) {
 }
 
 void EffectLibrary::LoadStartup() {
-  messages_.Listen("ResourceReloaded", kListenerOwner, [this](MessageArgs args) {
-    if (const std::string* name = args.Get<std::string>(0)) Reload(*name);
-  });
+  kReloadTable.Listen(messages_, *this);
   listening_ = true;
   CreateSet(true);
   layouts_.CreateStartup(slots_);
@@ -86,7 +93,7 @@ void EffectLibrary::LoadScene() {
 }
 
 void EffectLibrary::Unload() {
-  if (listening_) messages_.UnListen("ResourceReloaded", kListenerOwner);
+  if (listening_) kReloadTable.UnListen(messages_);
   listening_ = false;
   layouts_.Destroy();
   slots_ = EffectSlots{};

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "Core/Assert.h"
+#include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 #include "Physics/Physics/BodyBuilder.h"
 #include "Physics/Physics/DatabaseValues.h"
@@ -146,8 +148,8 @@ void Physics::Update() {
 
 void Physics::SendContacts() {
   for (const ContactEvent& event : events_) {
-    pMessages_->SendArgs(event.begins ? "CollisionBegin" : "CollisionEnd", NameOf(event.first),
-                         NameOf(event.second));
+    msg::Post(*pMessages_, event.begins ? msg::kCollisionBegin : msg::kCollisionEnd,
+              NameOf(event.first), NameOf(event.second));
   }
   events_.clear();
 }

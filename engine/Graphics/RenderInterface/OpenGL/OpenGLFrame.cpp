@@ -2,6 +2,7 @@
 // the glow pass, post-processing, the overlay, the letterboxed composite and presenting.
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
@@ -79,10 +80,7 @@ void OpenGLInterface::OverlayPass(const glm::mat4& viewProj) {
   ResetRenderStates(kBlendOverlay);
   const glm::vec3& eye = frame_.EyePosition();
   const glm::vec3& look = frame_.LookDirection();
-  messages_.SendArgs("Update3DSoundListener", static_cast<double>(eye.x),
-                     static_cast<double>(eye.y), static_cast<double>(eye.z),
-                     static_cast<double>(look.x), static_cast<double>(look.y),
-                     static_cast<double>(look.z));
+  msg::Post(messages_, msg::kUpdate3DSoundListener, eye.x, eye.y, eye.z, look.x, look.y, look.z);
   sprites_->Draw(viewProj, static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
   targets_.Overlay().End();
 }
@@ -120,7 +118,7 @@ void OpenGLInterface::Render(float dt) {
 
   if (!device_.Context().Present()) {
     minimized_ = true;
-    messages_.Send("MinimizeWindow");
+    msg::Post(messages_, msg::kMinimizeWindow);
   }
 }
 

@@ -5,6 +5,7 @@
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/Effects/EffectFileWatch.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
@@ -70,8 +71,8 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
   SetFieldOfView(-1.0f);
 
   RendererMessages::Listen(messages_, root_, *this);
-  messages_.Send("ShowWindow");
-  messages_.Send("WindowActivated");
+  msg::Post(messages_, msg::kShowWindow);
+  msg::Post(messages_, msg::kWindowActivated);
   OnClientSize(clientWidth_, clientHeight_);
   return true;
 }
@@ -103,7 +104,7 @@ void OpenGLInterface::SetFullScreen(bool on) {
   fullScreen_ = on;
   device_.Context().SetFullScreen(on);
   Resize();
-  messages_.Send("ShowWindow");
+  msg::Post(messages_, msg::kShowWindow);
 }
 
 void OpenGLInterface::SetClientSize(int width, int height) {
@@ -162,13 +163,13 @@ void OpenGLInterface::OnWindowActivated() {
     else
       root_.Add<bool>("isGamePaused", false);
   }
-  messages_.Send("ShowWindow");
+  msg::Post(messages_, msg::kShowWindow);
 }
 
 void OpenGLInterface::OnWindowDeactivated() {
   if (fullScreen_) {
     restoreFullScreen_ = true;
-    messages_.Send("MinimizeWindow");
+    msg::Post(messages_, msg::kMinimizeWindow);
     SetFullScreen(false);
   } else {
     restoreFullScreen_ = false;

@@ -1,14 +1,16 @@
 #include "Graphics/RenderInterface/OpenGL/RendererMessages.h"
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "Core/Assert.h"
 #include "Core/Database.h"
 #include "Core/MessageHandler.h"
+#include "Core/Messages/Catalogue.h"
+#include "Core/Messages/RouteTable.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
@@ -21,36 +23,17 @@ namespace grindle::gfx {
 
 namespace {
 
-constexpr std::string_view kOwner = "Graphics";
-
 // What a handler acts on.
 struct Receiver {
   OpenGLInterface& renderer;
   Database& root;
 };
 
-struct Route {
-  const char* message;
-  void (*handler)(Receiver&, const MessageArgs&);
-};
+using msg::TextOr;
 
-std::string TextArgument(const MessageArgs& args, uint32_t index) {
-  const std::string* text = args.Get<std::string>(index);
-  return text != nullptr ? *text : std::string();
-}
-
-// Scripts and files send doubles; the window procedure sends its sizes as unsigned integers.
-float NumberArgument(const MessageArgs& args, uint32_t index) {
-  if (const double* number = args.Get<double>(index)) return static_cast<float>(*number);
-  if (const unsigned int* number = args.Get<unsigned int>(index))
-    return static_cast<float>(*number);
-  if (const int* number = args.Get<int>(index)) return static_cast<float>(*number);
-  return 0.0f;
-}
-
-DataHandle<Database> ObjectArgument(const MessageArgs& args, uint32_t index) {
-  const DataHandle<Database>* handle = args.Get<DataHandle<Database>>(index);
-  return handle != nullptr ? *handle : DataHandle<Database>();
+// Sizes and colour components as the renderer keeps them; an absent number reads as 0.
+float NumberOr0(const AbstractPointerBase* argument) {
+  return static_cast<float>(msg::Real::Read(argument).value_or(0.0));
 }
 
 // Components [first, first + count) of `<sprite>.Color` of the named object of the current level.
@@ -67,24 +50,26 @@ void SetSpriteColor(Database& root, std::string_view objectName, WellKnown sprit
     WriteFourComponents(*spriteComponent, KeyOf(WellKnown::Color), first, count, values);
 }
 
+// The alpha and colour messages all carry (object name, numbers...).
 template <WellKnown kSprite>
-void SpriteAlpha(Receiver& r, const MessageArgs& args) {
-  const float alpha = NumberArgument(args, 1);
-  SetSpriteColor(r.root, TextArgument(args, 0), kSprite, 3, 1, &alpha);
+void SpriteAlpha(Receiver& r, MessageArgs args) {
+  const float alpha = NumberOr0(args[1]);
+  SetSpriteColor(r.root, TextOr(args[0]), kSprite, 3, 1, &alpha);
 }
 
 template <WellKnown kSprite>
-void SpriteRgb(Receiver& r, const MessageArgs& args) {
-  const float rgb[3] = {NumberArgument(args, 1), NumberArgument(args, 2), NumberArgument(args, 3)};
-  SetSpriteColor(r.root, TextArgument(args, 0), kSprite, 0, 3, rgb);
+void SpriteRgb(Receiver& r, MessageArgs args) {
+  const float rgb[3] = {NumberOr0(args[1]), NumberOr0(args[2]), NumberOr0(args[3])};
+  SetSpriteColor(r.root, TextOr(args[0]), kSprite, 0, 3, rgb);
 }
 
-void ObjectCreated(Receiver& r, const MessageArgs& args) {
-  r.renderer.AddObject(ObjectArgument(args, 0), TextArgument(args, 1));
+// Both creation messages carry (object, name, level).
+void ObjectCreated(Receiver& r, MessageArgs args) {
+  r.renderer.AddObject(msg::kObjectCreated.Read<0>(args), TextOr(args[1]));
 }
 
-void Screenshot(Receiver& r, const MessageArgs& args) {
-  const std::string file = TextArgument(args, 0);
+void Screenshot(Receiver& r, MessageArgs args) {
+  const std::string file = TextOr(args[0]);
   if (r.renderer.WriteScreenshot(file)) {
     std::printf("Screenshot written to %s\n", file.c_str());
   } else {
@@ -92,73 +77,68 @@ void Screenshot(Receiver& r, const MessageArgs& args) {
   }
 }
 
-void ChangeResolution(Receiver& r, const MessageArgs& args) {
-  if (const auto resolution = ResolutionFromText(TextArgument(args, 0)))
+void ChangeResolution(Receiver& r, MessageArgs args) {
+  if (const auto resolution = ResolutionFromText(TextOr(args[0])))
     r.renderer.SetResolution(resolution->width, resolution->height);
 }
 
+using R = Receiver;
+
 // The order of this table is the order the renderer listens in.
-const std::array<Route, 24> kRoutes = {{
-    {"msgObjectDestroyed",
-     [](Receiver& r, const MessageArgs& a) { r.renderer.RemoveObject(TextArgument(a, 1)); }},
-    {"msgObjectCreated", ObjectCreated},
-    {"msgLevelObjectCreated", ObjectCreated},
-    {"msgUnloadLevel",
-     [](Receiver& r, const MessageArgs& a) { r.renderer.OnUnloadLevel(TextArgument(a, 0)); }},
+constexpr msg::Route<R> kRoutes[] = {
+    // The renderer reads the name after a level handle; the script bridge sends the name alone,
+    // which therefore removes nothing here (kept: that is the renderer's contract).
+    {msg::kObjectDestroyed, [](R& r, MessageArgs a) { r.renderer.RemoveObject(TextOr(a[1])); }},
+    {msg::kObjectCreated, ObjectCreated},
+    {msg::kLevelObjectCreated, ObjectCreated},
+    {msg::kMsgUnloadLevel, [](R& r, MessageArgs a) { r.renderer.OnUnloadLevel(TextOr(a[0])); }},
     // Read and discarded: explosions belong to the particle manager's later work.
-    {"SCR:PotatoExploded", [](Receiver&, const MessageArgs&) {}},
-    {"LevelInitializeComplete",
-     [](Receiver& r, const MessageArgs& a) { r.renderer.OnLevelStart(TextArgument(a, 0)); }},
-    {"LoadShaders",
-     [](Receiver& r, const MessageArgs&) { r.renderer.Device().LoadSceneShadersAndLayouts(); }},
-    {"Keyboard",
-     [](Receiver& r, const MessageArgs& a) {
-       if (const Keyboard* keyboard = a.Get<Keyboard>(0)) r.renderer.OnKeyboard(*keyboard);
+    {msg::scr::kPotatoExploded, [](R&, MessageArgs) {}},
+    {msg::kLevelInitializeComplete,
+     [](R& r, MessageArgs a) { r.renderer.OnLevelStart(TextOr(a[0])); }},
+    {msg::kLoadShaders,
+     [](R& r, MessageArgs) { r.renderer.Device().LoadSceneShadersAndLayouts(); }},
+    {msg::kKeyboard,
+     [](R& r, MessageArgs a) {
+       if (const Keyboard* keyboard = msg::kKeyboard.Read<0>(a)) r.renderer.OnKeyboard(*keyboard);
      }},
-    {"Mouse",
-     [](Receiver& r, const MessageArgs& a) {
-       if (const Mouse* mouse = a.Get<Mouse>(0)) r.renderer.OnMouse(*mouse);
+    {msg::kMouse,
+     [](R& r, MessageArgs a) {
+       if (const Mouse* mouse = msg::kMouse.Read<0>(a)) r.renderer.OnMouse(*mouse);
      }},
-    {"OnResize", [](Receiver& r, const MessageArgs&) { r.renderer.Resize(); }},
-    {"SetClientWindow",
-     [](Receiver& r, const MessageArgs& a) {
-       r.renderer.SetClientSize(static_cast<int>(NumberArgument(a, 0)),
-                                static_cast<int>(NumberArgument(a, 1)));
+    {msg::kOnResize, [](R& r, MessageArgs) { r.renderer.Resize(); }},
+    {msg::kSetClientWindow,
+     [](R& r, MessageArgs a) {
+       r.renderer.SetClientSize(static_cast<int>(NumberOr0(a[0])),
+                                static_cast<int>(NumberOr0(a[1])));
      }},
-    {"FullScreenMSG",
-     [](Receiver& r, const MessageArgs&) { r.renderer.SetFullScreen(!r.renderer.IsFullScreen()); }},
-    {"WindowDeactivated",
-     [](Receiver& r, const MessageArgs&) { r.renderer.OnWindowDeactivated(); }},
-    {"WindowActivated", [](Receiver& r, const MessageArgs&) { r.renderer.OnWindowActivated(); }},
-    {"msgSetWorldObjectAlpha", SpriteAlpha<WellKnown::SpriteWorld>},
-    {"SetObjectAlpha", SpriteAlpha<WellKnown::SpriteHUD>},
-    {"SetSpriteWorldObjectAlpha", SpriteAlpha<WellKnown::SpriteWorld>},
-    {"SetWorldObjectColor", SpriteRgb<WellKnown::SpriteWorld>},
-    {"SetHUDObjectColor", SpriteRgb<WellKnown::SpriteHUD>},
-    {"LoadRemainingShaders",
-     [](Receiver& r, const MessageArgs&) { r.renderer.Device().Shaders().LoadScene(); }},
-    {"ChangeResolution", ChangeResolution},
-    {"msgScreenshot", Screenshot},
-    {"msgSetPostProcessing",
-     [](Receiver& r, const MessageArgs& a) { r.renderer.SetPostProcessing(TextArgument(a, 0)); }},
-    {"msgSetDebugDraw",
-     [](Receiver& r, const MessageArgs& a) {
-       r.renderer.SetDebugDraw(NumberArgument(a, 0) != 0.0f);
-     }},
-}};
+    {msg::kFullScreen,
+     [](R& r, MessageArgs) { r.renderer.SetFullScreen(!r.renderer.IsFullScreen()); }},
+    {msg::kWindowDeactivated, [](R& r, MessageArgs) { r.renderer.OnWindowDeactivated(); }},
+    {msg::kWindowActivated, [](R& r, MessageArgs) { r.renderer.OnWindowActivated(); }},
+    {msg::kSetWorldObjectAlpha, SpriteAlpha<WellKnown::SpriteWorld>},
+    {msg::kSetObjectAlpha, SpriteAlpha<WellKnown::SpriteHUD>},
+    {msg::kSetSpriteWorldObjectAlpha, SpriteAlpha<WellKnown::SpriteWorld>},
+    {msg::kSetWorldObjectColor, SpriteRgb<WellKnown::SpriteWorld>},
+    {msg::kSetHUDObjectColor, SpriteRgb<WellKnown::SpriteHUD>},
+    {msg::kLoadRemainingShaders,
+     [](R& r, MessageArgs) { r.renderer.Device().Shaders().LoadScene(); }},
+    {msg::kChangeResolution, ChangeResolution},
+    {msg::kScreenshot, Screenshot},
+    {msg::kSetPostProcessing,
+     [](R& r, MessageArgs a) { r.renderer.SetPostProcessing(TextOr(a[0])); }},
+    {msg::kSetDebugDraw,
+     [](R& r, MessageArgs a) { r.renderer.SetDebugDraw(NumberOr0(a[0]) != 0.0f); }},
+};
+
+constexpr msg::RouteTable<R> kTable{"Graphics", kRoutes};
 
 }  // namespace
 
 void RendererMessages::Listen(MessageHandler& messages, Database& root, OpenGLInterface& renderer) {
-  for (const Route& route : kRoutes) {
-    messages.Listen(route.message, kOwner,
-                    [receiver = Receiver{renderer, root}, handler = route.handler](
-                        MessageArgs args) mutable { handler(receiver, args); });
-  }
+  kTable.Listen(messages, std::make_shared<Receiver>(Receiver{renderer, root}));
 }
 
-void RendererMessages::StopListening(MessageHandler& messages) {
-  for (const Route& route : kRoutes) messages.UnListen(route.message, kOwner);
-}
+void RendererMessages::StopListening(MessageHandler& messages) { kTable.UnListen(messages); }
 
 }  // namespace grindle::gfx
