@@ -6,6 +6,8 @@
 #include <regex>
 #include <sstream>
 
+#include "Core/Messages/Catalogue.h"
+
 namespace grindle::levelcheck {
 namespace {
 
@@ -45,7 +47,8 @@ ScriptFacts ReadScript(const std::string& path) {
   static const std::regex entry(
       "(?:function\\s+(Start|Update|End)\\s*\\()|(?:^|[^.:\\w])(Start|Update|End)\\s*=\\s*"
       "function");
-  static const std::regex shaders("Send(?:Immediate)?\\s*\\(\\s*\"LoadShaders\"");
+  static const std::regex shaders(std::string("Send(?:Immediate)?\\s*\\(\\s*\"") +
+                                  msg::NameOf(msg::kLoadShaders) + "\"");
   uint32_t number = 0;
   for (std::string line; std::getline(in, line);) {
     ++number;
@@ -59,9 +62,12 @@ ScriptFacts ReadScript(const std::string& path) {
     }
     facts.loadsShaders |= std::regex_search(line, shaders);
     Collect(line, number, CallWithName("SetData", "NextLevel"), facts.nextLevels);
-    Collect(line, number, CallWithName("Send", "SCR:CreateObject"), facts.archetypes);
-    Collect(line, number, CallWithName("Send(?:Immediate)?", "PlaySound"), facts.sounds);
-    Collect(line, number, CallWithName("Send(?:Immediate)?", "PlaySong"), facts.songs);
+    Collect(line, number, CallWithName("Send", msg::NameOf(msg::scr::kCreateObject)),
+            facts.archetypes);
+    Collect(line, number, CallWithName("Send(?:Immediate)?", msg::NameOf(msg::kPlaySound)),
+            facts.sounds);
+    Collect(line, number, CallWithName("Send(?:Immediate)?", msg::NameOf(msg::kPlaySong)),
+            facts.songs);
   }
   return facts;
 }
