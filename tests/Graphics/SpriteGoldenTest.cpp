@@ -62,8 +62,8 @@ class SpriteGoldenTest : public GoldenImageFixture {
 TEST_F(SpriteGoldenTest, HudTextAlignsWrapsAndBlendsOnce) {
   Database& level = AddLevel("Hud");
   AddHudText(level, "Left", "Left", {0.02f, 0.03f}, "left");
-  AddHudText(level, "Centre", "Centre", {0.5f, 0.03f}, "center");
-  AddHudText(level, "Right", "Right", {0.98f, 0.03f}, "right");
+  AddHudText(level, "Centre", "Centre", {0.5f, 0.03f}, "Centre");
+  AddHudText(level, "Right", "Right", {0.98f, 0.03f}, "RIGHT");
   AddHudText(level, "Wrapped", "Player 2 wins the round", {0.02f, 0.3f}, "left")
       .Add<double>("Width", 420.0);
   // Half-transparent white: the stem of a large I must come out half grey over the black scene.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
@@ -11,14 +12,14 @@ namespace grindle::gfx {
 
 namespace {
 
-std::string Lower(const std::string& text) {
-  std::string lower = text;
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return lower;
+// Case-insensitive, without copying: this runs for every sprite every frame.
+bool Is(const std::string& text, std::string_view word) {
+  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
+    return std::tolower(static_cast<unsigned char>(a)) == b;
+  });
 }
 
-bool IsCentre(const std::string& lower) { return lower == "center" || lower == "centre"; }
+bool IsCentre(const std::string& text) { return Is(text, "center") || Is(text, "centre"); }
 
 float Number(const Database& component, WellKnown key, float fallback) {
   return static_cast<float>(ReadNumber(component, KeyOf(key), fallback));
@@ -29,19 +30,18 @@ const std::string* Text(const Database& component, WellKnown key) {
   return text ? text.Get() : nullptr;
 }
 
-}  // namespace
-
+// "left"/"center"/"right" and "top"/"center"/"bottom", any case ("centre" too); else the first.
 HorizontalAlign ParseHorizontalAlign(const std::string& text) {
-  const std::string lower = Lower(text);
-  if (IsCentre(lower)) return HorizontalAlign::kCenter;
-  return lower == "right" ? HorizontalAlign::kRight : HorizontalAlign::kLeft;
+  if (IsCentre(text)) return HorizontalAlign::kCenter;
+  return Is(text, "right") ? HorizontalAlign::kRight : HorizontalAlign::kLeft;
 }
 
 VerticalAlign ParseVerticalAlign(const std::string& text) {
-  const std::string lower = Lower(text);
-  if (IsCentre(lower)) return VerticalAlign::kCenter;
-  return lower == "bottom" ? VerticalAlign::kBottom : VerticalAlign::kTop;
+  if (IsCentre(text)) return VerticalAlign::kCenter;
+  return Is(text, "bottom") ? VerticalAlign::kBottom : VerticalAlign::kTop;
 }
+
+}  // namespace
 
 SpriteSettings ReadSpriteSettings(const Database& component) {
   SpriteSettings s;

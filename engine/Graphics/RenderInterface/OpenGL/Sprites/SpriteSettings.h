@@ -35,8 +35,4 @@ struct SpriteSettings {
 
 SpriteSettings ReadSpriteSettings(const Database& component);
 
-// "left"/"center"/"right" and "top"/"center"/"bottom", any case ("centre" too); else the first.
-HorizontalAlign ParseHorizontalAlign(const std::string& text);
-VerticalAlign ParseVerticalAlign(const std::string& text);
-
 }  // namespace grindle::gfx
