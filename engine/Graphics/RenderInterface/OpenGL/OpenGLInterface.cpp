@@ -63,7 +63,7 @@ bool OpenGLInterface::Initialize(SDL_Window* window) {
 
   meshes_ = CreateMeshPass(root_, device_);
   lights_ = std::make_unique<LightManager>(root_, device_);
-  models_ = std::make_unique<ModelManager>(root_, device_, resourceManager_);
+  models_ = std::make_unique<ModelManager>(root_, device_, resources);
   postProcessing_ = std::make_unique<PostProcessChain>(device_);
 
   SetResolution(renderWidth_, renderHeight_);
