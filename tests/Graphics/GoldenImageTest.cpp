@@ -149,6 +149,16 @@ TEST_F(GoldenImageTest, TheWallThroughLetterboxInsetAndColourGrades) {
     EXPECT_EQ(inset.At(x, y), glm::vec4(0, 0, 0, 1)) << x << "," << y;
   }
   ExpectMatchesGolden(inset, "picture_in_picture");
+  // The menu flow's clear colour fills the overlay around the inset; the scene inside keeps its
+  // own black clear.
+  root_.Add<Database>("GlobalVariables")->Add<double>("DrawSceneOverMenu", 1.0);
+  Renderer().SetAlternateClearColor(glm::vec4(0, 0, 1, 1));
+  const Image menu = render();
+  Renderer().SetAlternateClearColor(glm::vec4(0));
+  root_.Remove("GlobalVariables");
+  EXPECT_EQ(menu.At(20, 20), glm::vec4(0, 0, 1, 1));
+  EXPECT_EQ(menu.At(262, 117), glm::vec4(0, 0, 1, 1));
+  EXPECT_EQ(menu.At(176, 117), inset.At(176, 117));
 
   *wall.Find<Database>("Material")->Find<glm::vec4>("Diffuse") = glm::vec4(0.9f, 0.3f, 0.2f, 1);
   *wall.Find<Database>("Material")->Find<glm::vec4>("Ambient") = glm::vec4(0.9f, 0.3f, 0.2f, 1);
