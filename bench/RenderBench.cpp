@@ -1,12 +1,15 @@
 // Whole frames of the renderer (Update and Render, finished with glFinish) on a hidden window of
 // whatever OpenGL the machine offers (SDL's offscreen driver, Mesa's llvmpipe, when nothing else is
-// set): the Showcase level at 1280 x 720, and a level of 5,000 lit boxes (the key table's 7,001
-// names cap one level below 10,000 objects). Frames per second are reported as a counter.
+// set): the Showcase level at 1280 x 720, a level of 5,000 lit boxes (the key table's 7,001 names
+// cap one level below 10,000 objects), skinned characters and instanced props. Frames per second
+// are reported as a counter. The model manager's own CPU work per frame (posing, write-back and
+// batching) is timed apart from the GPU work.
 #include <SDL.h>
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <glm/mat4x4.hpp>
 #include <glm/vec4.hpp>
@@ -20,6 +23,8 @@
 #include "Core/WellKnownKeys.h"
 #include "Core/xmlParser.h"
 #include "Graphics/GraphicsLibraryInterface.h"
+#include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
+#include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 
 namespace grindle {
 namespace {
@@ -131,6 +136,70 @@ void BM_FiveThousandBoxesFrame1280x720(benchmark::State& state) {
   RunFrames(state, run);
 }
 BENCHMARK(BM_FiveThousandBoxesFrame1280x720)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// A level of `count` model objects on a square grid, two units apart, seen from above at arena
+// distance: the generated character running, or the generated props in four kinds.
+Database& ModelLevel(RendererRun& run, const std::string& name, int count, bool skinned) {
+  Database& level = *run.Root().Find<Database>("Levels")->Add<Database>(name);
+  Database& objects = *level.Add<Database>("GameObjects");
+  Database& camera = *objects.Add<Database>("MainCamera")->Add<Database>("Camera");
+  const int side = static_cast<int>(std::ceil(std::sqrt(static_cast<double>(count))));
+  const double eye[6] = {0, side * 1.6, -side * 1.8, 0, -0.7, 1};
+  const char* keys[6] = {"PositionX", "PositionY", "PositionZ", "viewX", "viewY", "viewZ"};
+  for (int i = 0; i < 6; ++i) camera.Add<double>(keys[i], eye[i]);
+  const char* props[4] = {"Crate", "Barrel", "Pillar", "Potato"};
+  for (int i = 0; i < count; ++i) {
+    Database& object = *objects.Add<Database>("Model" + std::to_string(i));
+    Database& transform = *object.Add<Database>("Transform");
+    transform.Add<double>("PositionX", (i % side - side / 2) * 2.0);
+    transform.Add<double>("PositionY", 1.0);
+    transform.Add<double>("PositionZ", (i / side - side / 2) * 2.0);
+    transform.Add<glm::mat4>("Rotation", glm::mat4(1.0f));
+    transform.Add<Vector4>("Scale", {0.8f, 0.8f, 0.8f, 0});
+    Database& material = *object.Add<Database>("Material");
+    material.Add<glm::vec4>("Ambient", glm::vec4(0.4f));
+    material.Add<glm::vec4>("Diffuse", glm::vec4(0.2f + 0.2f * static_cast<float>(i % 4), 0.5f, 0.6f, 1));
+    material.Add<glm::vec4>("Specular", glm::vec4(0.2f, 0.2f, 0.2f, 16.0f));
+    if (skinned) {
+      Database& model = *object.Add<Database>("ModelSkinned");
+      model.Add<std::string>("Name", "Character");
+      model.Add<std::string>("AnimationName", i % 2 == 0 ? "Run" : "Idle");
+    } else {
+      object.Add<Database>("ModelStatic")->Add<std::string>("Name", props[i % 4]);
+    }
+  }
+  run.StartLevel(name);
+  return level;
+}
+
+void BM_SkinnedCharactersFrame1280x720(benchmark::State& state) {
+  RendererRun run(1280, 720);
+  if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
+  ModelLevel(run, "Characters", static_cast<int>(state.range(0)), true);
+  RunFrames(state, run);
+}
+BENCHMARK(BM_SkinnedCharactersFrame1280x720)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_InstancedPropsFrame1280x720(benchmark::State& state) {
+  RendererRun run(1280, 720);
+  if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
+  ModelLevel(run, "Props", static_cast<int>(state.range(0)), false);
+  RunFrames(state, run);
+}
+BENCHMARK(BM_InstancedPropsFrame1280x720)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// What the model manager costs the CPU each frame before any draw: posing every skinned model and
+// writing its `TimeMarker` and `FinalTransformations`, reading every transform and building the
+// instance batches (uploaded once for the shadow and lit passes).
+void BM_ModelManagerCpu(benchmark::State& state, bool skinned) {
+  RendererRun run(320, 180);
+  if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
+  ModelLevel(run, skinned ? "CpuCharacters" : "CpuProps", static_cast<int>(state.range(0)), skinned);
+  gfx::ModelManager& models = *gfx::CurrentRenderer()->Models();
+  for (auto _ : state) models.AdvanceAnimation(glm::mat4(1.0f), 1.0f / 60.0f);
+}
+BENCHMARK_CAPTURE(BM_ModelManagerCpu, SkinnedCharacters, true)->Arg(100)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_ModelManagerCpu, StaticProps, false)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace grindle
