@@ -172,6 +172,14 @@ TEST_F(SpriteGoldenTest, ScriptChangesShowInTheFrameTheyAreMade) {
   EXPECT_GT(Brightest(image, {168, 80, 190, 110}).r, 0.9f);
   // The badge, faded out by its message, leaves its corner black.
   EXPECT_LT(Brightest(image, {0, 0, 30, 30}).b, 0.05f);
+
+  // A script that writes a number over the text replaces the string entry: the number is shown.
+  score.Add<double>("Message", 7.0);
+  Frame();
+  EXPECT_GT(Brightest(Capture(), {140, 80, 180, 110}).r, 0.9f);
+  score.Remove("Message");
+  Frame();
+  EXPECT_LT(Brightest(Capture(), {140, 80, 180, 110}).r, 0.1f);
 }
 
 TEST_F(SpriteGoldenTest, MissingFilesAndCharactersFallBackVisiblyAndSayOnce) {

@@ -1,5 +1,6 @@
 #include "Graphics/RenderInterface/OpenGL/Sprites/SpriteManager.h"
 
+#include <cstdio>
 #include <glm/ext/matrix_transform.hpp>
 #include <glm/mat3x3.hpp>
 
@@ -133,11 +134,19 @@ void SpriteManager::DrawImage(const SpriteSettings& sprite, const SpriteImage& i
 }
 
 void SpriteManager::DrawText(const SpriteSettings& sprite, const Placement& placement) {
-  if (sprite.font == nullptr || sprite.message == nullptr) return;
+  if (sprite.font == nullptr) return;
+  const std::string* message = sprite.message;
+  if (message == nullptr && sprite.messageNumber) {
+    char digits[32];
+    std::snprintf(digits, sizeof(digits), "%g", *sprite.messageNumber);
+    numberText_ = digits;
+    message = &numberText_;
+  }
+  if (message == nullptr) return;
   const Font* font = assets_.FindFont(*sprite.font);
   if (font == nullptr) {
     const SpriteImage box{assets_.DefaultTexture(), 1, 1};
-    const glm::vec2 size = glm::vec2(0.5f * static_cast<float>(sprite.message->size()), 1.0f) *
+    const glm::vec2 size = glm::vec2(0.5f * static_cast<float>(message->size()), 1.0f) *
                            kMissingFontLine * sprite.pixelScale * placement.unitsPerPixel;
     DrawImage(sprite, box, size, placement);
     return;
@@ -146,7 +155,7 @@ void SpriteManager::DrawText(const SpriteSettings& sprite, const Placement& plac
   const float unitsPerLine = font->LineHeight() * sprite.pixelScale * placement.unitsPerPixel;
   const float wrapWidth =
       sprite.width > 0.0f ? sprite.width * placement.unitsPerPixel / unitsPerLine : 0.0f;
-  LayOutText(font->Data(), *sprite.message, wrapWidth, sprite.horizontal, block_);
+  LayOutText(font->Data(), *message, wrapWidth, sprite.horizontal, block_);
   if (block_.skippedCharacters) assets_.WarnMissingCharacters(*sprite.font);
 
   SpriteEffect& fx = *SpriteFx();

@@ -67,6 +67,7 @@ class SpriteManager {
   GpuBuffer unitQuadVertices_;
   GpuBuffer unitQuadIndices_;
   TextBlock block_;  // reused so that laying text out allocates nothing once warm
+  std::string numberText_;  // a numeric `Message` as drawn
 };
 
 }  // namespace grindle::gfx

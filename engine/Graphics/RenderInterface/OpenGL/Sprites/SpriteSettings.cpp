@@ -49,6 +49,8 @@ SpriteSettings ReadSpriteSettings(const Database& component) {
   s.imageFileName = Text(component, WellKnown::ImageFileName);
   s.font = Text(component, WellKnown::Font);
   s.message = Text(component, WellKnown::Message);
+  if (s.message == nullptr && component.FindEntry(KeyOf(WellKnown::Message)) != nullptr)
+    s.messageNumber = ReadNumber(component, KeyOf(WellKnown::Message), 0.0);
   if (const auto color = ReadFour(component, KeyOf(WellKnown::Color))) s.color = *color;
   s.pixelScale = Number(component, WellKnown::PixelScale, 1.0f);
   s.width = Number(component, WellKnown::Width, 0.0f);

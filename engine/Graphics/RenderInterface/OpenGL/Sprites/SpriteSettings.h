@@ -7,6 +7,7 @@
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
+#include <optional>
 #include <string>
 
 #include "Graphics/RenderInterface/OpenGL/Sprites/TextLayout.h"
@@ -22,6 +23,8 @@ struct SpriteSettings {
   const std::string* imageFileName = nullptr;  // sprites (null: none given)
   const std::string* font = nullptr;           // text
   const std::string* message = nullptr;        // text
+  // A `Message` a script wrote as a number (a score, a count) instead of a string.
+  std::optional<double> messageNumber;
   glm::vec4 color{1.0f};
   float pixelScale = 1.0f;
   float width = 0.0f;  // wrap width of text, shown width of images; 0: none
