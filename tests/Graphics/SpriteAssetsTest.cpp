@@ -51,9 +51,10 @@ class SpriteAssetsTest : public RendererFixture {
     fs::remove_all(tree_);
   }
 
-  // Updates the resource manager until `done` holds or three seconds pass.
+  // Updates the resource manager until `done` holds or ten seconds pass (the watcher's round
+  // trip takes seconds on a machine loaded by parallel builds).
   static bool UpdateUntil(ResourceManager& resources, const std::function<bool()>& done) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!done() && std::chrono::steady_clock::now() < deadline) {
       resources.Update();
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
