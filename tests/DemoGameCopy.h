@@ -1,5 +1,5 @@
 // A scratch copy of the demo game for tests that run the engine on levels of their own: the demo's
-// folders are linked, its level files copied into a folder the test may add broken levels to.
+// asset folders are linked, its levels and scripts copied into folders the test may add to.
 #pragma once
 
 #include <filesystem>
@@ -17,8 +17,11 @@ class DemoGameCopy : public TempWorkDir {
     namespace fs = std::filesystem;
     fs::create_directories(path / "Assets" / "Levels");
     for (const auto& entry : fs::directory_iterator(demo)) {
-      if (entry.path().filename() != "Assets")
-        fs::create_directory_symlink(entry, path / entry.path().filename());
+      const fs::path name = entry.path().filename();
+      if (name == "Scripts")
+        fs::copy(entry, path / name);
+      else if (name != "Assets")
+        fs::create_directory_symlink(entry, path / name);
     }
     for (const auto& entry : fs::directory_iterator(demo / "Assets")) {
       if (entry.path().filename() != "Levels")

@@ -3,7 +3,7 @@
 // draws the listed components of the current level in the lit, glow, shadow and debug passes.
 // Main thread, GL context current; the renderer owns the one instance (CreateMeshPass) and calls
 // it as MeshPass describes. The level's `ComponentLists.Meshes` must exist before AddObject runs
-// for one of its objects (level files declare it, or the renderer adds it on "LevelInitialize").
+// for one of its objects: level files declare it (BuildLevelLists comes only after the objects).
 #pragma once
 
 #include <string_view>

@@ -81,16 +81,16 @@ TEST(LevelCheck, BrokenLevelsAreReportedWithFileLineAndWhatIsWrong) {
         "Assets/Levels/BadMeshes.xml:10: object \"Bare\": Mesh: no HasTexture (the engine stops "
         "when it draws the object)"}},
       {"WrongKinds",
-       MeshLevel("      <int name=\"HasTexture\">0</int>\n"
+       MeshLevel("      <string name=\"HasTexture\">0</string>\n"
                  "      <string name=\"Filename\">Box.mesh</string>\n",
                  "  <Database name=\"Placed\"><Database name=\"Transform\">\n"
                  "    <string name=\"PositionX\">3</string>\n"
                  "  </Database></Database>\n" +
                      loader),
-       {"Assets/Levels/WrongKinds.xml:5: object \"Thing\": Mesh: HasTexture is written as int; "
-        "the engine reads a double",
+       {"Assets/Levels/WrongKinds.xml:5: object \"Thing\": Mesh: HasTexture is written as string; "
+        "the engine reads int, float or double",
         "Assets/Levels/WrongKinds.xml:10: object \"Placed\": Transform: PositionX is written as "
-        "string; the engine reads a double"}},
+        "string; the engine reads double"}},
       {"Scripted",
        "<Database name=\"GameObjects\">\n" + ScriptObject("Ghost", "Ghost.lua") +
            ScriptObject("Partial", "Partial.lua") + ScriptObject("Typo", "Typo.lua") +
@@ -127,7 +127,7 @@ TEST(LevelCheck, BrokenLevelsAreReportedWithFileLineAndWhatIsWrong) {
         "File\")"}},
   };
   DemoGameCopy game(GRINDLE_GAME_DIR);
-  std::filesystem::remove(game.path / "Scripts");
+  std::filesystem::remove_all(game.path / "Scripts");
   game.Write("Scripts/Loader.lua", kLoader);
   game.Write(
       "Scripts/Partial.lua",

@@ -21,12 +21,14 @@ const std::map<std::string, std::set<XmlType>, std::less<>>& KeyTypes() {
   static const std::map<std::string, std::set<XmlType>, std::less<>> table = [] {
     std::map<std::string, std::set<XmlType>, std::less<>> t;
     for (const char* key :
-         {"PositionX",  "PositionY",     "PositionZ",       "RotationX",       "RotationY",
-          "RotationZ",  "viewX",         "viewY",           "viewZ",           "DirectionX",
-          "DirectionY", "DirectionZ",    "HasTexture",      "HasNormalMap",    "HasSpecularMap",
-          "IsText",     "IsBillboarded", "ScreenPositionX", "ScreenPositionY", "PixelScale",
-          "Width"}) {
+         {"PositionX", "PositionY", "PositionZ", "RotationX", "RotationY", "RotationZ", "viewX",
+          "viewY", "viewZ", "DirectionX", "DirectionY", "DirectionZ", "IsText", "IsBillboarded",
+          "ScreenPositionX", "ScreenPositionY", "PixelScale", "Width"}) {
       t[key] = {XML_DOUBLE};
+    }
+    // The mesh flags are read as any number.
+    for (const char* key : {"HasTexture", "HasNormalMap", "HasSpecularMap"}) {
+      t[key] = {XML_DOUBLE, XML_INT, XML_FLOAT};
     }
     for (const char* key : {"Filename", "FileName", "TextureName", "NormalMapName",
                             "SpecularMapName", "Font", "Message", "ImageFileName"}) {
@@ -68,8 +70,10 @@ struct Component {
   const std::string* Text(const char* key) const { return db.Find<std::string>(key).Get(); }
   bool Has(const char* key) const { return db.FindEntry(key) != nullptr; }
   bool Flag(const char* key) const {
-    const DataHandle<double> value = db.Find<double>(key);
-    return value && *value != 0.0;
+    if (const auto value = db.Find<double>(key)) return *value != 0.0;
+    if (const auto value = db.Find<int>(key)) return *value != 0;
+    if (const auto value = db.Find<float>(key)) return *value != 0.0f;
+    return false;
   }
   uint32_t LineOf(const char* key) const { return Has(key) ? context.file.LineOf(&db, key) : line; }
   void Report(Findings& out, uint32_t at, const std::string& message) const {
@@ -94,9 +98,13 @@ void CheckKeyTypes(const Component& component, Findings& out) {
     if (expected == KeyTypes().end()) return;
     const XmlType type = component.context.file.TypeOf(&component.db, key);
     if (type == ERROR_TYPE || expected->second.contains(type)) return;
+    std::string kinds;
+    for (const XmlType kind : expected->second) {
+      kinds += (kinds.empty() ? "" : kind == *expected->second.rbegin() ? " or " : ", ");
+      kinds += TypeName(kind);
+    }
     component.Report(out, component.LineOf(key.c_str()),
-                     key + " is written as " + TypeName(type) + "; the engine reads a " +
-                         TypeName(*expected->second.begin()));
+                     key + " is written as " + TypeName(type) + "; the engine reads " + kinds);
   });
 }
 
