@@ -12,6 +12,7 @@ packages=(
   libopenal-dev libopenal1 libsndfile1-dev
   libassimp-dev
   xvfb xauth
+  clang libclang-rt-14-dev
 )
 
 missing=()
