@@ -74,4 +74,6 @@
   M(kDestroyObject, "SCR:DestroyObject", (Text), "name", "Announces the object's destruction.")   \
   M(kSetCountdown, "SCR:SetCountdown", (ScriptNumber, ScriptNumber), "slot, seconds",             \
     "Starts one of the eight countdowns.")                                                        \
-  M(kTrackDate, "SCR:TrackDate", (ScriptNumber), "on", "Whether the date is written each frame.")
+  M(kTrackDate, "SCR:TrackDate", (ScriptNumber), "on", "Whether the date is written each frame.") \
+  M(kRestartParticles, "SCR:RestartParticles", (Text), "object name",                              \
+    "Heard by the renderer: the object's particle system starts over (an explosion bursts again).")

@@ -40,7 +40,7 @@ OpenGLInterface::OpenGLInterface(Database& root, MessageHandler& messages, int c
       messages_(messages),
       device_(messages),
       frame_(root),
-      particles_(device_) {
+      particles_(device_, root) {
   gCurrentRenderer = this;
 }
 
@@ -150,7 +150,10 @@ void OpenGLInterface::OnUnloadLevel(std::string_view levelName) {
   if (!level) return;
   const DataHandle<Database> objects = level->Find<Database>(KeyOf(WellKnown::GameObjects));
   if (!objects) return;
-  for (const Database::Record& record : objects->Records()) lights_->RemoveObject(record.name);
+  for (const Database::Record& record : objects->Records()) {
+    lights_->RemoveObject(record.name);
+    particles_.RemoveObject(record.name);
+  }
 }
 
 void OpenGLInterface::OnWindowActivated() {

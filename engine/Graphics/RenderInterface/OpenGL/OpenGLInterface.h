@@ -15,10 +15,10 @@
 
 #include "Core/DataHandle.h"
 #include "Graphics/RenderInterface/OpenGL/FrameState.h"
+#include "Graphics/RenderInterface/OpenGL/Particles/ParticleManager.h"
 #include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 #include "Graphics/RenderInterface/OpenGL/RenderInterface.h"
 #include "Graphics/RenderInterface/OpenGL/RenderTargets.h"
-#include "Graphics/RenderInterface/OpenGL/SceneManagers.h"
 
 namespace grindle {
 class Database;
@@ -89,6 +89,7 @@ class OpenGLInterface final : public RenderInterface {
   TextureStore& Textures() { return device_.Textures(); }
   MeshPass* Meshes() { return meshes_.get(); }
   ModelManager* Models() { return models_.get(); }
+  ParticleManager& Particles() { return particles_; }
 
  private:
   // The frame's passes (OpenGLFrame.cpp).

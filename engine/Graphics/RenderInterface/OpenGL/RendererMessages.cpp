@@ -92,7 +92,8 @@ constexpr msg::Route<R> kRoutes[] = {
     {msg::kObjectCreated, ObjectCreated},
     {msg::kLevelObjectCreated, ObjectCreated},
     {msg::kMsgUnloadLevel, [](R& r, MessageArgs a) { r.renderer.OnUnloadLevel(TextOr(a[0])); }},
-    // Read and discarded: explosions belong to the particle manager's later work.
+    // Read and discarded: a game shows the potato's explosion with an explosion particle system
+    // that it restarts with "SCR:RestartParticles".
     {msg::scr::kPotatoExploded, [](R&, MessageArgs) {}},
     {msg::kLevelInitializeComplete,
      [](R& r, MessageArgs a) { r.renderer.OnLevelStart(TextOr(a[0])); }},
@@ -127,6 +128,11 @@ constexpr msg::Route<R> kRoutes[] = {
     {msg::kScreenshot, Screenshot},
     {msg::kSetPostProcessing,
      [](R& r, MessageArgs a) { r.renderer.SetPostProcessing(TextOr(a[0])); }},
+    {msg::scr::kRestartParticles,
+     [](R& r, MessageArgs a) {
+       if (const std::string* name = msg::scr::kRestartParticles.Read<0>(a))
+         r.renderer.Particles().Restart(*name);
+     }},
     {msg::kSetDebugDraw,
      [](R& r, MessageArgs a) { r.renderer.SetDebugDraw(NumberOr0(a[0]) != 0.0f); }},
 };

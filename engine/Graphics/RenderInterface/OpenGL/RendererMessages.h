@@ -1,7 +1,8 @@
 // The renderer's message handlers, registered in the fixed order the renderer listens in, plus
-// "msgScreenshot" (file name) and "msgSetPostProcessing" (comma-separated effect names) for tools
-// and games. Each handler decodes its arguments and calls one public operation of the renderer it
-// was registered for (or writes a sprite colour into the root database). Main thread.
+// "msgScreenshot" (file name), "msgSetPostProcessing" (comma-separated effect names) and
+// "SCR:RestartParticles" (object name) for tools, scripts and games. Each handler decodes its
+// arguments and calls one public operation of the renderer it was registered for (or writes a
+// sprite colour into the root database). Main thread.
 #pragma once
 
 namespace grindle {
