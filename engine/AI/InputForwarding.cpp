@@ -5,16 +5,13 @@
 
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
+#include "Input/DebugKeys.h"
 #include "Input/Keyboard.h"
 #include "Input/Mouse.h"
 #include "Input/XboxControllerHub.h"
 
 namespace grindle {
 namespace {
-
-// Debug keys: F1..F5 send these cheats.
-constexpr std::string_view kCheats[] = {"EndRound", "StartEarly", "NextLevel", "PreviousLevel",
-                                        "MainMenu"};
 
 // Codes below this are the mouse buttons that the key-state bytes also carry.
 constexpr int kFirstKeyboardCode = 6;
@@ -36,9 +33,9 @@ void InputForwarding::ForwardKeyboard(MessageArgs args) {
     if (name.empty()) continue;
     if (keyboard->IsTriggered(key)) {
       msg::Post(messages_, msg::scr::kKeyboardTriggered, name);
-      const int cheat = key - vk::kF1;
-      if (cheat >= 0 && cheat < static_cast<int>(std::size(kCheats))) {
-        msg::Post(messages_, msg::scr::kCheat, kCheats[cheat]);
+      const int cheat = key - debugkeys::kFirstCheat;
+      if (cheat >= 0 && cheat < static_cast<int>(std::size(debugkeys::kCheats))) {
+        msg::Post(messages_, msg::scr::kCheat, debugkeys::kCheats[cheat]);
       }
     }
     if (keyboard->IsDown(key)) msg::Post(messages_, msg::scr::kKeyboardPressed, name);

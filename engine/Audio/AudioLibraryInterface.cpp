@@ -10,14 +10,11 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
+#include "Input/DebugKeys.h"
 #include "Input/Keyboard.h"
 
 namespace grindle {
 namespace {
-
-// The mute keys, clear of the cheat keys (F1-F5) and the free camera (F9).
-constexpr int kSoundsMuteKey = vk::kF1 + 6;
-constexpr int kMusicMuteKey = vk::kF1 + 7;
 
 constexpr std::string_view kMenuLevels[] = {"LevelTitleScreen", "LoadingScreen", "SplashScreens"};
 
@@ -108,8 +105,10 @@ const msg::RouteTable<AudioInterface>& AudioInterface::Routes() {
        [](A& a, MessageArgs args) {
          const Keyboard* keyboard = msg::kKeyboard.Read<0>(args);
          if (keyboard == nullptr) return;
-         if (keyboard->IsTriggered(kSoundsMuteKey)) msg::Post(a.Messages(), msg::kToggleSoundsMute);
-         if (keyboard->IsTriggered(kMusicMuteKey)) msg::Post(a.Messages(), msg::kToggleMusicMute);
+         if (keyboard->IsTriggered(debugkeys::kSoundsMute))
+           msg::Post(a.Messages(), msg::kToggleSoundsMute);
+         if (keyboard->IsTriggered(debugkeys::kMusicMute))
+           msg::Post(a.Messages(), msg::kToggleMusicMute);
        }},
   };
   static constexpr msg::RouteTable<A> kTable{"Audio", kRoutes};

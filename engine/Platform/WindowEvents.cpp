@@ -19,10 +19,14 @@ uint64_t KeyFlags(uint32_t buttons) {
 
 uint32_t ButtonCode(uint8_t button, bool down) {
   switch (button) {
-    case SDL_BUTTON_LEFT: return down ? WM_LBUTTONDOWN : WM_LBUTTONUP;
-    case SDL_BUTTON_RIGHT: return down ? WM_RBUTTONDOWN : WM_RBUTTONUP;
-    case SDL_BUTTON_MIDDLE: return down ? WM_MBUTTONDOWN : WM_MBUTTONUP;
-    default: return 0;
+    case SDL_BUTTON_LEFT:
+      return down ? WM_LBUTTONDOWN : WM_LBUTTONUP;
+    case SDL_BUTTON_RIGHT:
+      return down ? WM_RBUTTONDOWN : WM_RBUTTONUP;
+    case SDL_BUTTON_MIDDLE:
+      return down ? WM_MBUTTONDOWN : WM_MBUTTONUP;
+    default:
+      return 0;
   }
 }
 
@@ -49,17 +53,26 @@ void TranslateWindowEvent(const SDL_WindowEvent& in, WindowEvent& out) {
       out.height = in.data2;
       break;
     }
-    case SDL_WINDOWEVENT_MINIMIZED: sizeEvent(SizeKind::kMinimized); break;
-    case SDL_WINDOWEVENT_MAXIMIZED: sizeEvent(SizeKind::kMaximized); break;
-    case SDL_WINDOWEVENT_RESTORED: sizeEvent(SizeKind::kRestored); break;
+    case SDL_WINDOWEVENT_MINIMIZED:
+      sizeEvent(SizeKind::kMinimized);
+      break;
+    case SDL_WINDOWEVENT_MAXIMIZED:
+      sizeEvent(SizeKind::kMaximized);
+      break;
+    case SDL_WINDOWEVENT_RESTORED:
+      sizeEvent(SizeKind::kRestored);
+      break;
     case SDL_WINDOWEVENT_FOCUS_GAINED:
     case SDL_WINDOWEVENT_FOCUS_LOST:
       out.kind = WindowEventKind::kActivate;
       out.isActivation = in.event == SDL_WINDOWEVENT_FOCUS_GAINED;
       out.isMinimized = IsMinimized(in.windowID);
       break;
-    case SDL_WINDOWEVENT_CLOSE: out.kind = WindowEventKind::kClose; break;
-    default: break;
+    case SDL_WINDOWEVENT_CLOSE:
+      out.kind = WindowEventKind::kClose;
+      break;
+    default:
+      break;
   }
 }
 
@@ -97,19 +110,27 @@ bool PollWindowEvent(WindowEvent& event) {
   if (SDL_PeepEvents(&in, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) <= 0) return false;
   event = WindowEvent{};
   switch (in.type) {
-    case SDL_QUIT: event.kind = WindowEventKind::kQuit; break;
-    case SDL_WINDOWEVENT: TranslateWindowEvent(in.window, event); break;
+    case SDL_QUIT:
+      event.kind = WindowEventKind::kQuit;
+      break;
+    case SDL_WINDOWEVENT:
+      TranslateWindowEvent(in.window, event);
+      break;
     case SDL_KEYDOWN: {
       event.kind = WindowEventKind::kKeyDown;
       const SDL_Keycode key = in.key.keysym.sym;
       if (key >= SDLK_F1 && key <= SDLK_F12) event.functionKey = 1 + (key - SDLK_F1);
+      event.isRepeat = in.key.repeat != 0;
       break;
     }
     case SDL_MOUSEMOTION:
     case SDL_MOUSEBUTTONDOWN:
     case SDL_MOUSEBUTTONUP:
-    case SDL_MOUSEWHEEL: TranslateMouseEvent(in, event); break;
-    default: break;
+    case SDL_MOUSEWHEEL:
+      TranslateMouseEvent(in, event);
+      break;
+    default:
+      break;
   }
   return true;
 }

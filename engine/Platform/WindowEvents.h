@@ -42,8 +42,10 @@ struct WindowEvent {
   uint32_t code = 0;
   uint64_t wParam = 0;
   int64_t lParam = 0;
-  // kKeyDown: 1..12 for the function keys F1..F12, otherwise 0.
+  // kKeyDown: 1..12 for the function keys F1..F12, otherwise 0; and whether the key-down is the
+  // keyboard's auto-repeat of a key already held.
   int functionKey = 0;
+  bool isRepeat = false;
 };
 
 // lParam of a mouse message: x in the low word, y in the high word, each as a signed 16-bit value.

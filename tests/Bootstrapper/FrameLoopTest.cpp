@@ -86,8 +86,10 @@ class FrameLoopTest : public WindowTest {
     levels.Initialize("Arena");
     OpenWindow();
   }
-  void PushKey(SDL_Keycode key) {
-    SDL_Event event{.key = {.type = SDL_KEYDOWN, .keysym = {.sym = key}}};
+  void PushKey(SDL_Keycode key, bool isRepeat = false) {
+    SDL_Event event{.key = {.type = SDL_KEYDOWN,
+                            .repeat = static_cast<Uint8>(isRepeat ? 1 : 0),
+                            .keysym = {.sym = key}}};
     SDL_PushEvent(&event);
   }
 
@@ -139,12 +141,22 @@ TEST_F(FrameLoopTest, AnExitRequestEndsTheLoopAfterTheFrameInProgress) {
   EXPECT_EQ(updates.size(), 4u);
 }
 
-TEST_F(FrameLoopTest, FunctionKeysPrintTheStatisticsAndTheDatabase) {
+TEST_F(FrameLoopTest, FunctionKeysPrintTheStatisticsAndTheDatabaseOncePerPress) {
+  // A held F12 repeats; only the press counts. A second press prints again.
   PushKey(SDLK_F12);
+  for (int i = 0; i < 3; ++i) PushKey(SDLK_F12, true);
   PushKey(SDLK_F11);
+  PushKey(SDLK_F11, true);
+  PushKey(SDLK_F12);
   const std::string out = CaptureStdout([&] { loop.Run(1); });
-  EXPECT_NE(out.find("Statistics: 0 fps"), std::string::npos) << out;
+  size_t statistics = 0;
+  for (size_t at = out.find("Statistics:"); at != std::string::npos;
+       at = out.find("Statistics:", at + 1)) {
+    ++statistics;
+  }
+  EXPECT_EQ(statistics, 2u) << out;
   EXPECT_NE(out.find("int (WindowWidth) = 1280"), std::string::npos) << out;
+  EXPECT_EQ(out.find("int (WindowWidth) = 1280"), out.rfind("int (WindowWidth) = 1280")) << out;
 }
 
 }  // namespace

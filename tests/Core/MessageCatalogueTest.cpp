@@ -3,10 +3,7 @@
 // the same names.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,12 +11,10 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "Core/Messages/RouteTable.h"
+#include "GeneratedDocs.h"
 
 namespace grindle {
 namespace {
-
-constexpr std::string_view kBegin = "<!-- catalogue begins -->\n";
-constexpr std::string_view kEnd = "<!-- catalogue ends -->\n";
 
 std::vector<std::string> Split(std::string_view list) {
   std::vector<std::string> parts;
@@ -54,25 +49,8 @@ std::string RenderReference() {
 }
 
 TEST(MessageCatalogue, TheReferencePageListsExactlyTheCatalogue) {
-  const std::string path = std::string(GRINDLE_DOCS_DIR) + "/messages.md";
-  std::stringstream file;
-  file << std::ifstream(path).rdbuf();
-  std::string page = file.str();
-  const size_t begin = page.find(kBegin);
-  const size_t end = page.find(kEnd);
-  ASSERT_NE(begin, std::string::npos) << path << " has no line " << kBegin;
-  ASSERT_NE(end, std::string::npos) << path << " has no line " << kEnd;
-  const size_t from = begin + kBegin.size();
-  const std::string listed = page.substr(from, end - from);
-  const std::string expected = RenderReference();
-  if (listed != expected && std::getenv("GRINDLE_UPDATE_DOCS") != nullptr) {
-    page.replace(from, end - from, expected);
-    std::ofstream(path) << page;
-    return;
-  }
-  EXPECT_EQ(listed, expected) << path
-                              << " differs from the catalogue; rerun this test with "
-                                 "GRINDLE_UPDATE_DOCS=1 to rewrite it";
+  ExpectGeneratedSection(std::string(GRINDLE_DOCS_DIR) + "/messages.md", "catalogue",
+                         RenderReference());
 }
 
 TEST(MessageCatalogue, NamesAreUniqueEveryArgumentIsNamedAndScriptNamesStayInScriptGroups) {

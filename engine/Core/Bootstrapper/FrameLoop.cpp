@@ -12,15 +12,12 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "Core/ResourceManager.h"
+#include "Input/DebugKeys.h"
 #include "Platform/Clock.h"
 
 namespace grindle {
 
 namespace {
-// Debug keys of the loop itself; the renderer's debug keys are the digits.
-constexpr int kStatisticsKey = 12;
-constexpr int kDatabaseDumpKey = 11;
-constexpr int kScreenshotKey = 10;
 
 // Named by the local time, so that screenshots sort in the order they were taken and a session's
 // earlier ones are kept.
@@ -57,7 +54,11 @@ bool FrameLoop::TakeWindowMessage(bool& quit) {
   platform::WindowEvent event;
   if (!platform::PollWindowEvent(event)) return false;
   quit = services_.window.Procedure(event);
-  if (event.kind == platform::WindowEventKind::kKeyDown) OnFunctionKey(event.functionKey);
+  // Debug keys act once per press: a held key's auto-repeat is not a new press.
+  if (event.kind == platform::WindowEventKind::kKeyDown && event.functionKey != 0 &&
+      !event.isRepeat) {
+    OnDebugKey(vk::kF1 + event.functionKey - 1);
+  }
   return true;
 }
 
@@ -76,13 +77,13 @@ void FrameLoop::RunFrame(GameTimer& timer) {
   if (sleep > 0) platform::SleepMilliseconds(sleep);
 }
 
-void FrameLoop::OnFunctionKey(int functionKey) {
-  if (functionKey == kStatisticsKey) {
+void FrameLoop::OnDebugKey(int key) {
+  if (key == debugkeys::kStatistics) {
     statistics_.Print();
-  } else if (functionKey == kDatabaseDumpKey) {
+  } else if (key == debugkeys::kDatabaseDump) {
     services_.root.Print(0);
     std::fflush(stdout);
-  } else if (functionKey == kScreenshotKey) {
+  } else if (key == debugkeys::kScreenshot) {
     msg::Post(services_.messages, msg::kScreenshot, ScreenshotFileName());
   }
 }

@@ -45,7 +45,8 @@ class FrameLoop {
   // Takes one window message if one waits. Sets `quit` when it was the quit message.
   bool TakeWindowMessage(bool& quit);
   void RunFrame(GameTimer& timer);
-  void OnFunctionKey(int functionKey);
+  // F10-F12 (see Input/DebugKeys.h), from the window's key-down events.
+  void OnDebugKey(int key);
 
   FrameLoopServices services_;
   FrameStatistics statistics_;

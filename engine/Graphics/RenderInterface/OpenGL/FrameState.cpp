@@ -7,6 +7,7 @@
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Input/DebugKeys.h"
 #include "Input/Keyboard.h"
 
 namespace grindle::gfx {
@@ -54,8 +55,8 @@ void FrameState::OnLevelStart(Database& level) {
 
 void FrameState::OnKeyboard(const Keyboard& keyboard) {
   freeCamera_.OnKeyboard(keyboard);
-  for (int digit = 0; digit <= 3; ++digit) {
-    if (keyboard.IsTriggered(vk::kDigit0 + digit)) debugViewIndex_ = digit;
+  for (int view = 0; view < debugkeys::kDebugViewCount; ++view) {
+    if (keyboard.IsTriggered(debugkeys::kFirstDebugView + view)) debugViewIndex_ = view;
   }
 }
 

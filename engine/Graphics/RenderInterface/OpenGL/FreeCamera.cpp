@@ -4,6 +4,7 @@
 #include <glm/geometric.hpp>
 
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
+#include "Input/DebugKeys.h"
 #include "Input/Keyboard.h"
 #include "Input/Mouse.h"
 
@@ -25,7 +26,7 @@ void FreeCamera::RebuildAxes() {
 }
 
 void FreeCamera::OnKeyboard(const Keyboard& keyboard) {
-  if (keyboard.IsTriggered(vk::kF1 + 8)) isEnabled_ = !isEnabled_;
+  if (keyboard.IsTriggered(debugkeys::kFreeCamera)) isEnabled_ = !isEnabled_;
   if (Held(keyboard, 'W')) position_ += speed_ * look_;
   if (Held(keyboard, 'S')) position_ -= speed_ * look_;
   const glm::vec3 strafe = glm::normalize(glm::cross(look_, up_));
