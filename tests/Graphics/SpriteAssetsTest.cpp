@@ -77,6 +77,11 @@ TEST_F(SpriteAssetsTest, SharedOnceAndReplacedWhenTheirFilesAreWritten) {
   ASSERT_NE(mini, nullptr);
   EXPECT_EQ(assets.FindFont("Mini"), mini);
   EXPECT_EQ(mini->LineHeight(), 10.0f);
+  // One immutable quad per character of the file: four 20-byte vertices, six 16-bit indices.
+  EXPECT_EQ(mini->VertexBuffer('A').Size(), 80u);
+  EXPECT_EQ(mini->IndexBuffer('A').Size(), 12u);
+  EXPECT_EQ(mini->VertexBuffer('B').Id(), 0u);
+  EXPECT_NE(mini->PageTexture(), 0u);
   std::string printed = CaptureStdout([&] { EXPECT_EQ(assets.FindFont("Later"), nullptr); });
   EXPECT_NE(printed.find("Font Assets/Fonts/Later.fnt not found"), std::string::npos);
 
