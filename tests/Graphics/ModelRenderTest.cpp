@@ -12,6 +12,8 @@
 #include "Core/ResourceManager.h"
 #include "Core/ThreadManager.h"
 #include "GoldenImage.h"
+#include "ImportScenes.h"
+#include "ProcessRun.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 
 namespace grindle::gfx {
@@ -243,6 +245,45 @@ TEST_F(ModelRenderTest, AModelFileWrittenWhileWatchedIsReloaded) {
   });
   EXPECT_EQ(model.generation, 1u) << said;
   EXPECT_EQ(model.materials[1].diffuse, glm::vec4(0.9f, 0.1f, 0.1f, 1));
+}
+
+// What grindle_import makes of an OBJ and a glTF scene is drawn: the cube in its file colour, the
+// bar bent by its imported clip.
+TEST_F(ModelRenderTest, ImportedModelsAreDrawn) {
+  const fs::path sources = sFolder_ / "sources";
+  fs::create_directories(sources);
+  std::ofstream(sources / "cube.obj") << kCubeObj;
+  std::ofstream(sources / "cube.mtl") << kCubeMtl;
+  std::ofstream(sources / "bar.gltf") << BarGltf();
+  const auto import = [&](const char* source, const fs::path& output) {
+    const ProcessResult run = RunProcess(std::string("'") + GRINDLE_IMPORT + "' '" +
+                                         (sources / source).string() + "' '" + output.string() +
+                                         "' 2>&1");
+    EXPECT_EQ(run.status, 0) << run.output;
+  };
+  import("cube.obj", sFolder_ / "Assets" / "Models" / "Static" / "ImportedCube.mdl");
+  import("bar.gltf", sFolder_ / "Assets" / "Models" / "Skinned" / "ImportedBar.smdl");
+
+  Database& level = AddLevel("Imported");
+  AddCamera(level, {0, 1.5f, -6}, {0, 0, 1});
+  AddModelObject(level, "Cube", "ModelStatic", "ImportedCube", {1.5f, 0.5f, 0}, {1, 1, 1, 1});
+  Database& bar =
+      AddModelObject(level, "Bar", "ModelSkinned", "ImportedBar", {-1, 0, 0}, {1, 1, 1, 1});
+  Database& skin = *bar.Find<Database>("ModelSkinned");
+  skin.Add<std::string>("AnimationName", "Bend");
+  // A marker the level file holds is where the clip starts.
+  skin.Add<double>("TimeMarker", 1.0);
+  StartLevel("Imported");
+  Frame();
+  const Image image = Capture();
+  // The cube's file colour is orange-red (0.8, 0.25, 0.1) over the crate texture: red well above
+  // blue.
+  const glm::vec4 cube = ColourAt(image, {1.5f, 0.5f, -0.5f});
+  EXPECT_GT(cube.r, cube.b + 0.1f);
+  // Bent at the end of "Bend": the upper half lies along -x from the pivot at (-1, 1).
+  const auto onBar = [](const glm::vec4& c) { return Luma(c) > 0.15f; };
+  EXPECT_TRUE(onBar(ColourAt(image, {-1.8f, 1.0f, -0.3f})));
+  EXPECT_FALSE(onBar(ColourAt(image, {-1.0f, 1.8f, -0.3f})));
 }
 
 }  // namespace

@@ -150,11 +150,12 @@ void ModelManager::Animate(SkinnedObject& skinned, Database& component, float dt
     skinned.finals.assign(model.skeleton.boneNames.size(), glm::mat4(1.0f));
   } else {
     const models::AnimationClip& clip = *skinned.clip;
-    if (restart) {
-      skinned.time = clip.startTime;
-    } else if (marker && *marker != skinned.writtenTime) {
-      // A script wrote the marker: jump there and show that pose this frame.
+    if (marker && *marker != skinned.writtenTime) {
+      // A script (or the level file) wrote the marker: jump there and show that pose this frame,
+      // also when the clip changes in the same frame.
       skinned.time = static_cast<float>(*marker);
+    } else if (restart) {
+      skinned.time = clip.startTime;
     } else {
       skinned.time = models::AdvanceClipTime(clip, skinned.time, dt, skinned.loop);
     }
