@@ -78,11 +78,14 @@ void main() {
 #endif
 }
 
+// The glow is added, and a sum past white is scaled back as a whole rather than clipped channel by
+// channel: clipping would turn a bright blue towards cyan and an orange towards yellow.
 @fragment GlowPS
 in vec2 vTex;
 out vec4 outColor;
 void main() {
-  outColor = vec4(texture(gTexture, vTex).rgb + 1.5 * texture(gGlowTexture, vTex).rgb, 1.0);
+  vec3 sum = texture(gTexture, vTex).rgb + 1.5 * texture(gGlowTexture, vTex).rgb;
+  outColor = vec4(sum / max(1.0, max(sum.r, max(sum.g, sum.b))), 1.0);
 }
 
 @fragment AddPS
@@ -124,21 +127,27 @@ void main() {
 }
 
 // gTexture the image, gTexture2 its depth, gRandomTexture a noise tile that turns the samples.
+// Pairs of samples on opposite sides: where the point lies behind the line between them (in
+// linear depth) it sits in a crease and is darkened; flat or sloped surfaces lie on that line and
+// stay as they are, and a jump of more than a few units (an outline against the distance) counts
+// as no crease at all.
 @fragment SsaoPS
 in vec2 vTex;
 out vec4 outColor;
+float LinearDepth(vec2 uv) { return 1000.0 / (1000.0 - texture(gTexture2, uv).r * 999.0); }
 void main() {
-  float depth = texture(gTexture2, vTex).r;
-  vec2 t = 4.0 / vec2(textureSize(gTexture2, 0));
-  vec2 noise = texture(gRandomTexture, vTex * 64.0).rg * 2.0 - 1.0;
+  vec2 size = vec2(textureSize(gTexture2, 0));
+  float center = LinearDepth(vTex);
+  vec2 noise = texture(gRandomTexture, vTex * size / 4.0).rg * 2.0 - 1.0;
   float occlusion = 0.0;
   for (int i = 0; i < 8; ++i) {
-    float angle = float(i) * 0.785398;
-    vec2 offset = reflect(vec2(cos(angle), sin(angle)), normalize(noise + vec2(0.0001))) * t * float(1 + i % 3);
-    float sampleDepth = texture(gTexture2, vTex + offset).r;
-    occlusion += (depth - sampleDepth > 0.0005 && depth - sampleDepth < 0.02) ? 1.0 : 0.0;
+    float angle = float(i) * 0.392699;
+    vec2 direction = reflect(vec2(cos(angle), sin(angle)), normalize(noise + vec2(0.0001)));
+    vec2 offset = direction / size * (4.0 + 6.0 * float(i % 3));
+    float crease = center - 0.5 * (LinearDepth(vTex + offset) + LinearDepth(vTex - offset));
+    occlusion += smoothstep(0.001 * center, 0.01 * center, crease) * (1.0 - smoothstep(1.0, 3.0, crease));
   }
-  outColor = vec4(texture(gTexture, vTex).rgb * (1.0 - occlusion / 8.0 * 0.6), 1.0);
+  outColor = vec4(texture(gTexture, vTex).rgb * (1.0 - occlusion / 8.0 * 0.7), 1.0);
 }
 
 @fragment BlackAndWhitePS

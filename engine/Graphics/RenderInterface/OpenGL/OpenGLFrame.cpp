@@ -111,7 +111,7 @@ void OpenGLInterface::Render(float dt) {
   device_.Quad().Bind(assembler);
   RenderTarget* image = postProcessing_->ApplyGlow(&targets_.Scene(), targets_.CurrentGlow(),
                                                    targets_.PreviousGlow());
-  image = postProcessing_->ApplyOrdered(image);
+  image = postProcessing_->ApplyOrdered(image, targets_.Scene().DepthTexture());
 
   OverlayPass(viewProj);
   FinalComposite(*image);

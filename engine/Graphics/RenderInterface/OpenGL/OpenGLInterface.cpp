@@ -143,6 +143,9 @@ void OpenGLInterface::OnLevelStart(std::string_view levelName) {
   frame_.OnLevelStart(level);
   meshes_->BuildLevelLists(level);
   models_->BuildLevelLists(level);
+  // Each level chooses its own chain; one that names none runs the glow alone.
+  const DataHandle<std::string> chain = level.Find<std::string>(kPostProcessingEntry);
+  postProcessing_->SetOrder(chain ? *chain : std::string());
 }
 
 void OpenGLInterface::OnUnloadLevel(std::string_view levelName) {

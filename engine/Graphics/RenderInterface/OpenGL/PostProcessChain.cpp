@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Graphics/RenderInterface/OpenGL/PostEffects.h"
+#include "Graphics/RenderInterface/OpenGL/DepthPostEffects.h"
 
 namespace grindle::gfx {
 
@@ -20,6 +20,8 @@ PostProcessChain::PostProcessChain(RenderDevice& device) {
   fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Sobel", QuadTech::SobelTech));
   fixed_.push_back(std::make_unique<ImagePostEffect>(device, "Outline", QuadTech::OutlineTech));
   fixed_.push_back(std::make_unique<BlurPostEffect>(device));
+  fixed_.push_back(std::make_unique<DepthOfFieldPostEffect>(device, sceneDepth_));
+  fixed_.push_back(std::make_unique<SsaoPostEffect>(device, sceneDepth_));
 }
 
 PostProcessChain::~PostProcessChain() = default;
@@ -34,7 +36,8 @@ RenderTarget* PostProcessChain::ApplyGlow(RenderTarget* scene, RenderTarget* cur
   return glow_->Apply(scene);
 }
 
-RenderTarget* PostProcessChain::ApplyOrdered(RenderTarget* image) {
+RenderTarget* PostProcessChain::ApplyOrdered(RenderTarget* image, GLuint sceneDepth) {
+  sceneDepth_ = sceneDepth;
   for (IPostEffect* effect : ordered_) image = effect->Apply(image);
   return image;
 }
