@@ -66,20 +66,26 @@ TEST(LevelCheck, BrokenLevelsAreReportedWithFileLineAndWhatIsWrong) {
        {"Assets/Levels/NoMeshList.xml:2: object \"Thing\": Mesh: the level has no "
         "ComponentLists.Meshes database (the engine stops: \"Um hello? component list much?\")"}},
       {"BadMeshes",
-       MeshLevel(
-           "      <string name=\"Filename\">Teapot.mesh</string>\n"
-           "      <double name=\"HasTexture\">1</double>\n"
-           "      <string name=\"TextureName\">Nope.png</string>\n",
-           "  <Database name=\"Bare\"><Database name=\"Mesh\"></Database></Database>\n" + loader),
-       {"Assets/Levels/BadMeshes.xml:5: object \"Thing\": Mesh: unknown primitive or model "
-        "\"Teapot.mesh\" (primitives: Grid.mesh, Box.mesh, Sphere.mesh, CubeMap.mesh, "
-        "Cylinder.mesh; models: Assets/Models/Static/<name>.mdl)",
+       MeshLevel("      <string name=\"Filename\">Teapot.mesh</string>\n"
+                 "      <double name=\"HasTexture\">1</double>\n"
+                 "      <string name=\"TextureName\">Nope.png</string>\n",
+                 "  <Database name=\"Bare\"><Database name=\"Mesh\"></Database></Database>\n"
+                 "  <Database name=\"Prop\"><Database name=\"ModelStatic\">\n"
+                 "    <string name=\"Name\">Anvil</string></Database>\n"
+                 "    <Database name=\"ModelSkinned\"></Database></Database>\n" +
+                     loader),
+       {"Assets/Levels/BadMeshes.xml:5: object \"Thing\": Mesh: unknown primitive \"Teapot.mesh\" "
+        "(Grid.mesh, Box.mesh, Sphere.mesh, CubeMap.mesh or Cylinder.mesh; a model file goes in a "
+        "ModelStatic or ModelSkinned component)",
         "Assets/Levels/BadMeshes.xml:7: object \"Thing\": Mesh: TextureName \"Nope.png\" not "
         "found: no file Assets/Textures/Nope.png",
         "Assets/Levels/BadMeshes.xml:10: object \"Bare\": Mesh: no Filename (the engine stops: "
         "\"All meshes must contain a database entry called 'Filename'\")",
         "Assets/Levels/BadMeshes.xml:10: object \"Bare\": Mesh: no HasTexture (the engine stops "
-        "when it draws the object)"}},
+        "when it draws the object)",
+        "Assets/Levels/BadMeshes.xml:12: object \"Prop\": ModelStatic: Name \"Anvil\" not found: "
+        "no file Assets/Models/Static/Anvil.mdl",
+        "Assets/Levels/BadMeshes.xml:13: object \"Prop\": ModelSkinned: no Name"}},
       {"WrongKinds",
        MeshLevel("      <string name=\"HasTexture\">0</string>\n"
                  "      <string name=\"Filename\">Box.mesh</string>\n",

@@ -116,15 +116,11 @@ void CheckMesh(ObjectContext& context, const Component& mesh, Findings& out) {
                 "component list much?\")");
   }
   if (const std::string* file = mesh.Text("Filename")) {
-    const bool isPrimitive =
-        std::find(kPrimitives.begin(), kPrimitives.end(), *file) != kPrimitives.end();
-    const fs::path model = fs::path("Assets/Models/Static") / *file;
-    if (!isPrimitive && !fs::is_regular_file(model) &&
-        !fs::is_regular_file(fs::path(model).replace_extension(".mdl"))) {
+    if (std::find(kPrimitives.begin(), kPrimitives.end(), *file) == kPrimitives.end()) {
       mesh.Report(out, mesh.LineOf("Filename"),
-                  "unknown primitive or model \"" + *file +
-                      "\" (primitives: Grid.mesh, Box.mesh, Sphere.mesh, CubeMap.mesh, "
-                      "Cylinder.mesh; models: Assets/Models/Static/<name>.mdl)");
+                  "unknown primitive \"" + *file +
+                      "\" (Grid.mesh, Box.mesh, Sphere.mesh, CubeMap.mesh or Cylinder.mesh; a "
+                      "model file goes in a ModelStatic or ModelSkinned component)");
     }
   } else {
     mesh.Report(out, mesh.line,
@@ -183,6 +179,10 @@ void CheckObject(ObjectContext& context, const std::string& name, const Database
     if (key == "Mesh") CheckMesh(context, component, out);
     if (IsScriptComponent(key)) CheckScript(context, component, out);
     if (key == "SpriteWorld" || key == "SpriteHUD") CheckSprite(component, out);
+    // A model file that cannot be opened stops the game ("File failed to open").
+    if (key == "ModelStatic") component.RequireFile(out, "Name", "Assets/Models/Static/", ".mdl");
+    if (key == "ModelSkinned")
+      component.RequireFile(out, "Name", "Assets/Models/Skinned/", ".smdl");
   });
 }
 
