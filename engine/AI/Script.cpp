@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 #include <lua.hpp>
 
 #include "AI/DataPath.h"
@@ -32,6 +33,18 @@ std::string_view LevelOfPath(std::string_view componentPath) {
 std::string_view ParentOfPath(std::string_view path) {
   const size_t dot = path.rfind('.');
   return dot == std::string_view::npos ? std::string_view{} : path.substr(0, dot);
+}
+
+// Scripts share code as modules kept beside them: require("Game.Bots") finds Scripts/Game/Bots.lua
+// relative to the game data folder, before Lua's own search places.
+void LookForModulesInScripts(lua_State* state) {
+  lua_getglobal(state, "package");
+  lua_getfield(state, -1, "path");
+  const std::string path = std::string("Scripts/?.lua;") + lua_tostring(state, -1);
+  lua_pop(state, 1);
+  lua_pushstring(state, path.c_str());
+  lua_setfield(state, -2, "path");
+  lua_pop(state, 1);
 }
 
 }  // namespace
@@ -78,6 +91,7 @@ ScriptHost::RunningScript* ScriptHost::RecordOf(lua_State* state) {
 lua_State* ScriptHost::NewState(bool withApi) {
   lua_State* state = NewScriptState();
   luaL_openlibs(state);
+  LookForModulesInScripts(state);
   lua_pushlightuserdata(state, this);
   lua_rawsetp(state, LUA_REGISTRYINDEX, &kHostSlot);
   WatchForEndlessLoops(state);

@@ -57,6 +57,27 @@ function End() print("end") end
   EXPECT_EQ(world_.ai_.Host()->RunningScriptCount(), 1u);
 }
 
+// Modules live beside the scripts, in subfolders too; each state loads its own copy, so a module's
+// upvalues are per component like everything else in a state.
+TEST_F(ScriptHostTest, ScriptsRequireModulesFromTheScriptsFolderEachStateItsOwnCopy) {
+  std::filesystem::create_directories("Scripts/Shared");
+  world_.WriteScript("Shared/Tally.lua", R"(
+local count = 0
+return { Add = function() count = count + 1; return count end }
+)");
+  world_.WriteScript("Counts.lua", R"(
+local Tally = require("Shared.Tally")
+function Update() print(Tally.Add()) end
+)");
+  world_.AddObject("Arena", "Crate", {"Counts.lua", "Counts.lua"});
+  EXPECT_EQ(CaptureStdout([&] {
+              world_.AnnounceLevel("Arena");
+              world_.Frame();
+              world_.Frame();
+            }),
+            "1\n1\n2\n2\n");
+}
+
 TEST_F(ScriptHostTest, LoadingALoadedComponentEndsTheOldStateAndRenewsItWithoutEngineFunctions) {
   world_.WriteScript("Renew.lua", world_.kEmptyEntries + std::string(R"(
 print(type(FindData), type(Send), type(Listen), string.upper("lua libraries"))

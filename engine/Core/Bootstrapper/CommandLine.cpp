@@ -27,6 +27,8 @@ const char* UsageText() {
          "  --screenshot FILE   ask the renderer to save the last frame as a PNG\n"
          "  --check-level NAME  check the level NAME and the archetypes without running the game:\n"
          "                      'file:line: message' for each problem, exit status 1 if any\n"
+         "  --autoplay          set GlobalVariables.AutoPlay to 1 before the first level: the game\n"
+         "                      fills every player slot with the computer and plays by itself\n"
          "  --help              this text\n";
 }
 
@@ -57,6 +59,8 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
       options.screenshotFile = argv[++i];
     } else if (option == "--run-unit-tests") {
       options.runUnitTests = true;
+    } else if (option == "--autoplay") {
+      options.autoPlay = true;
     } else if (option == "--print-database") {
       options.printDatabase = true;
     } else if (option == "--help" || option == "-h") {

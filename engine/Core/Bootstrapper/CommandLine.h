@@ -15,6 +15,8 @@ struct EngineOptions {
   bool printDatabase = false;
   std::string dataDir;
   std::string screenshotFile;
+  // The game plays itself: root GlobalVariables.AutoPlay is 1.0 before the first level loads.
+  bool autoPlay = false;
   bool showHelp = false;
   std::string checkLevel;  // check this level's files instead of running the game
 };

@@ -8,6 +8,7 @@
 #include "Core/Bootstrapper/GameTimer.h"
 #include "Core/Bootstrapper/LevelManager.h"
 #include "Core/Bootstrapper/MainWindow.h"
+#include "Core/Bootstrapper/RootEntries.h"
 #include "Core/Bootstrapper/StartupTests.h"
 #include "Core/Bootstrapper/SystemList.h"
 #include "Core/Database.h"
@@ -39,6 +40,14 @@ void AfterFrameLoop(const EngineOptions& options, Database& root, MessageHandler
   }
 }
 
+// Written before the systems load, so the game's first level already sees it; the AI system keeps
+// values that are already there.
+void ApplyAutoPlay(Database& root) {
+  DataHandle<Database> globals = root.Find<Database>(KeyOf(WellKnown::GlobalVariables));
+  if (!globals) globals = root.Add<Database>("GlobalVariables");
+  WriteEntry<double>(*globals, WellKnown::AutoPlay, 1.0);
+}
+
 }  // namespace
 
 int RunEngine(const EngineOptions& options, const LoopSystemsArrangement& arrange) {
@@ -67,6 +76,7 @@ int RunEngine(const EngineOptions& options, const LoopSystemsArrangement& arrang
 
   window->Create(*messages);
   levels->LoadArchetypes();
+  if (options.autoPlay) ApplyAutoPlay(*root);
   levels->Initialize(options.firstLevel);
   systems->CreateSystems();
   RunStartupUnitTests(options.runUnitTests);
