@@ -1,31 +1,40 @@
--- Splash screens: show the logo for about three seconds (or until a key or button), then the title.
--- Attached to the SplashScreens level's "Logo" object. Being the first level, it also asks for the
--- scene shader set, without which nothing of the scene is drawn.
+-- The splash screen: the game's name for two seconds (half a second in autoplay), or until any key,
+-- button or click; then the main menu. Being the first level, it also asks for the scene shaders.
+-- Attached to the SplashScreens level's "Logo".
+local Globals = require("Game.Globals")
 
-local framesLeft = 180
+local shown = 0
+local frames = 0
+local left = false
 
 local function Leave()
-  if framesLeft > 0 then
-    framesLeft = 0
-    SetData("NextLevel", "LevelTitleScreen")
-  end
+  if left then return end
+  left = true
+  Globals.GoTo("LevelTitleScreen")
 end
 
-function OnAnyKey(key) Leave() end
-function OnAnyButton(button, pad) Leave() end
+function OnAny() Leave() end
+
+function OnCheat(cheat)
+  if cheat == "StartEarly" or cheat == "NextLevel" then Leave() end
+end
 
 function Start(me)
   Send("LoadShaders")
-  Listen("SCR:KeyboardTriggered", "OnAnyKey")
-  Listen("SCR:ControllerButtonTriggered", "OnAnyButton")
-  Listen("SCR:MouseButtonTriggered", "OnAnyKey")
+  Globals.Set("MusicVolume", Globals.Get("MusicVolume", 0.8))
+  Globals.Set("SoundVolume", Globals.Get("SoundVolume", 1))
+  Listen("SCR:KeyboardTriggered", "OnAny")
+  Listen("SCR:ControllerButtonTriggered", "OnAny")
+  Listen("SCR:MouseButtonTriggered", "OnAny")
+  Listen("SCR:Cheat", "OnCheat")
 end
 
 function Update()
-  if framesLeft > 0 then
-    framesLeft = framesLeft - 1
-    if framesLeft == 0 then SetData("NextLevel", "LevelTitleScreen") end
-  end
+  frames = frames + 1
+  shown = shown + (FindData("DT") or 0)
+  local wait = Globals.AutoPlay() and 0.5 or 2
+  SetData("*CurrentObject.Transform.PositionY", -0.3 + 0.2 * math.sin(shown * 4))
+  if shown >= wait and frames >= 3 then Leave() end
 end
 
 function End() end

@@ -29,12 +29,15 @@ bool Parse(std::vector<const char*> args, EngineOptions& options, std::string& e
 }
 
 // The other options are read in the runs of the binary below.
-TEST(CommandLine, DefaultsAndScreenshotAreReadAndUnitTestsAloneRunNoFrames) {
-  EngineOptions plain, shot, tests, testsThenPlay;
+TEST(CommandLine, DefaultsScreenshotAndAutoplayAreReadAndUnitTestsAloneRunNoFrames) {
+  EngineOptions plain, shot, tests, testsThenPlay, autoPlay;
   std::string error;
   ASSERT_TRUE(Parse({}, plain, error));
   EXPECT_EQ(plain.frameLimit, -1);
   EXPECT_EQ(plain.firstLevel, "SplashScreens");
+  EXPECT_FALSE(plain.autoPlay);
+  ASSERT_TRUE(Parse({"--autoplay"}, autoPlay, error));
+  EXPECT_TRUE(autoPlay.autoPlay);
   ASSERT_TRUE(Parse({"--screenshot", "last.png"}, shot, error));
   EXPECT_EQ(shot.screenshotFile, "last.png");
   ASSERT_TRUE(Parse({"--run-unit-tests"}, tests, error));
@@ -75,7 +78,7 @@ std::vector<std::string> Matches(const std::string& output, const char* pattern)
 
 TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLevel) {
   const ProcessResult run = RunGrindle(
-      "--run-unit-tests --frames 3 --level MainMenu --print-database "
+      "--run-unit-tests --frames 3 --level Lobby --print-database --autoplay "
       "--data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
   EXPECT_EQ(Matches(run.output, ".*\\[(PASSED)\\].*").size(), 19u);
@@ -95,8 +98,9 @@ TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLev
             expected)
       << run.output;
 
-  EXPECT_NE(run.output.find("string (CurrentLevel) = MainMenu"), std::string::npos) << run.output;
-  EXPECT_NE(run.output.find("Database (MainMenu) ="), std::string::npos);
+  EXPECT_NE(run.output.find("string (CurrentLevel) = Lobby"), std::string::npos) << run.output;
+  EXPECT_NE(run.output.find("Database (Lobby) ="), std::string::npos);
+  EXPECT_NE(run.output.find("double (AutoPlay) = 1"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("Database (SplashScreens) ="), std::string::npos);
 }
 
