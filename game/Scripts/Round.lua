@@ -57,7 +57,7 @@ local function LivingSides()
 end
 
 local function Fuse(autoplay)
-  if autoplay then return 0.8 + math.random() * 0.6 end
+  if autoplay then return 0.5 + math.random() * 0.4 end
   return 8 + math.random() * 6
 end
 

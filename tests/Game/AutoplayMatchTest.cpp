@@ -3,9 +3,7 @@
 // rules: three knock-outs per free-for-all round, the round goes to the player nobody knocked out,
 // the match to the first to three round wins, named in exactly one "Winner:" line.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <map>
 #include <regex>
 #include <set>
@@ -13,29 +11,17 @@
 #include <string>
 #include <vector>
 
+#include "ProcessRun.h"
+
 namespace grindle {
 namespace {
 
 // Generous for a fast machine (a match is a few hundred frames); the run ends by itself long before.
 constexpr const char* kFrameBound = "4000";
 
-struct RunResult {
-  int status = -1;
-  std::string output;
-};
-
-RunResult RunAutoplay() {
-  const std::string command = std::string("SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '") +
-                              GRINDLE_BINARY + "' --data '" GRINDLE_GAME_DIR "' --autoplay --frames " +
-                              kFrameBound + " 2>&1";
-  RunResult run;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return run;
-  char buffer[4096];
-  for (size_t read; (read = fread(buffer, 1, sizeof(buffer), pipe)) > 0;) run.output.append(buffer, read);
-  const int status = pclose(pipe);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  return run;
+ProcessResult RunAutoplay() {
+  return RunProcess(std::string("SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '") + GRINDLE_BINARY +
+                    "' --data '" GRINDLE_GAME_DIR "' --autoplay --frames " + kFrameBound + " 2>&1");
 }
 
 struct Round {
@@ -44,7 +30,7 @@ struct Round {
 };
 
 TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
-  const RunResult run = RunAutoplay();
+  const ProcessResult run = RunAutoplay();
   ASSERT_EQ(run.status, 0) << run.output;
   EXPECT_EQ(run.output.find("LUA ERR"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("Error executing"), std::string::npos) << run.output;

@@ -39,10 +39,13 @@ function Bots.Steer(me, others, holder, pickups, wobble)
     local px, pz = Normalised(p.x - me.x, p.z - me.z)
     x, z = x + px * 0.8, z + pz * 0.8
   end
-  -- Walls push back from a metre before them.
+  -- Walls push back from two metres before them.
   if me.x > kArenaHalf - 2 then x = x - 2 elseif me.x < -kArenaHalf + 2 then x = x + 2 end
   if me.z > kArenaHalf - 2 then z = z - 2 elseif me.z < -kArenaHalf + 2 then z = z + 2 end
-  return Normalised(x, z)
+  -- Far from danger a bot strolls; it runs flat out only when the holder is close.
+  local pace = math.min(Length(x, z) / 2, 1)
+  x, z = Normalised(x, z)
+  return x * pace, z * pace
 end
 
 return Bots
