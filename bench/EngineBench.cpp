@@ -272,6 +272,12 @@ BENCHMARK_CAPTURE(BM_IdleFramePacing, SplashScreens, "SplashScreens", "")
     ->Iterations(1)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
+// A four-player round of the game: computer players running, the potato and its fuse, particles
+// and the HUD (the first blast comes long after the measured frames).
+BENCHMARK_CAPTURE(BM_IdleFramePacing, ArenaRound, "Arena", "")
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 // The cap itself where the renderer cannot draw a frame within it (software OpenGL): every other
 // system runs as usual, the renderer is loaded and started but not updated.
 BENCHMARK_CAPTURE(BM_IdleFramePacing, LoadingScreenWithoutRenderer, "LoadingScreen", "Graphics")

@@ -118,6 +118,7 @@ end
 
 local function KnockOut(p)
   p.alive = false
+  Place("Dust" .. p.slot, 0, -30, 0)
   Send("SCR:DestroyObject", p.name)
 end
 
@@ -136,6 +137,8 @@ local function Explode()
   Globals.PlaySound("Explosion")
   Rumble(p, 0.6)
   Place("Blast", p.x, 1, p.z)
+  Place("BlastFire", p.x, 1, p.z)
+  Send("SCR:RestartParticles", "BlastFire")
   blastUntil = now + 0.6
   KnockOut(p)
   holder = nil
@@ -174,6 +177,8 @@ local function MovePlayers()
     Send("SCR:SetVelocityXZOnBody", p.name, x * speed, z * speed)
     local moving = x * x + z * z > 0.01
     if moving then Send("SCR:RotateObjectAboutY", p.name, math.atan2(x, z)) end
+    -- Dust rises at the feet of running players only.
+    if moving then Place("Dust" .. p.slot, p.x, 0.05, p.z) else Place("Dust" .. p.slot, 0, -30, 0) end
     SetData(Objects(p.name) .. ".ModelSkinned.AnimationName", moving and "Run" or "Idle")
   end
 end

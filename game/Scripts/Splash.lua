@@ -1,5 +1,5 @@
--- The splash screen: the game's name for two seconds (half a second in autoplay), or until any key,
--- button or click; then the main menu. Being the first level, it also asks for the scene shaders.
+-- The splash screen: the game's name for 180 frames (three seconds at full speed; ten frames in
+-- autoplay), or until any key, button or click; then the main menu. Being the first level, it also asks for the scene shaders.
 -- Attached to the SplashScreens level's "Logo".
 local Globals = require("Game.Globals")
 
@@ -32,9 +32,8 @@ end
 function Update()
   frames = frames + 1
   shown = shown + (FindData("DT") or 0)
-  local wait = Globals.AutoPlay() and 0.5 or 2
   SetData("*CurrentObject.Transform.PositionY", -0.3 + 0.2 * math.sin(shown * 4))
-  if shown >= wait and frames >= 3 then Leave() end
+  if frames >= (Globals.AutoPlay() and 10 or 180) then Leave() end
 end
 
 function End() end

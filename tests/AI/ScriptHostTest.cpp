@@ -67,7 +67,9 @@ return { Add = function() count = count + 1; return count end }
 )");
   world_.WriteScript("Counts.lua", R"(
 local Tally = require("Shared.Tally")
+function Start() end
 function Update() print(Tally.Add()) end
+function End() end
 )");
   world_.AddObject("Arena", "Crate", {"Counts.lua", "Counts.lua"});
   EXPECT_EQ(CaptureStdout([&] {

@@ -19,9 +19,20 @@ namespace {
 // Generous for a fast machine (a match is a few hundred frames); the run ends by itself long before.
 constexpr const char* kFrameBound = "4000";
 
-ProcessResult RunAutoplay() {
+ProcessResult RunGame(const std::string& arguments) {
   return RunProcess(std::string("SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '") + GRINDLE_BINARY +
-                    "' --data '" GRINDLE_GAME_DIR "' --autoplay --frames " + kFrameBound + " 2>&1");
+                    "' --data '" GRINDLE_GAME_DIR "' " + arguments + " 2>&1");
+}
+
+// The option writes the one value, before the first level's scripts can look; without it the game
+// finds no such value and plays by its players' hands.
+TEST(AutoplayMatch, TheOptionSetsAutoPlayBeforeTheFirstLevel) {
+  const ProcessResult with = RunGame("--autoplay --level LoadingScreen --frames 2 --print-database");
+  const ProcessResult without = RunGame("--level LoadingScreen --frames 2 --print-database");
+  ASSERT_EQ(with.status, 0) << with.output;
+  ASSERT_EQ(without.status, 0) << without.output;
+  EXPECT_NE(with.output.find("double (AutoPlay) = 1.000000"), std::string::npos) << with.output;
+  EXPECT_EQ(without.output.find("(AutoPlay)"), std::string::npos) << without.output;
 }
 
 struct Round {
@@ -30,7 +41,7 @@ struct Round {
 };
 
 TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
-  const ProcessResult run = RunAutoplay();
+  const ProcessResult run = RunGame(std::string("--autoplay --frames ") + kFrameBound);
   ASSERT_EQ(run.status, 0) << run.output;
   EXPECT_EQ(run.output.find("LUA ERR"), std::string::npos) << run.output;
   EXPECT_EQ(run.output.find("Error executing"), std::string::npos) << run.output;

@@ -113,6 +113,19 @@ local function Prop(w, name, file, p, scale, colour, options)
   w.Close()
 end
 
+-- A particle emitter at p: Fire, Explosion, Rain, Dust, ... (an object of its own).
+local function Particles(w, name, kind, p)
+  w.Open(name)
+  w.Open("Transform")
+  w.Double("PositionX", p[1]); w.Double("PositionY", p[2]); w.Double("PositionZ", p[3])
+  w.Close()
+  w.Open("ParticleSystem")
+  w.String("Type", kind)
+  w.Double("EmitDirectionX", 0); w.Double("EmitDirectionY", 0); w.Double("EmitDirectionZ", 0)
+  w.Close()
+  w.Close()
+end
+
 local function Light(w, name, kind, fields)
   w.Open(name)
   w.Open("Light")
@@ -230,6 +243,12 @@ local function Arena(name, look)
       Prop(w, "FuseBar" .. i, "Box.mesh", {0, -30, 0}, {0.28, 0.2, 0.2}, {1, 0.6, 0.1}, {glow = {1, 0.4, 0}})
     end
     Prop(w, "Blast", "Sphere.mesh", {0, -30, 0}, {1, 1, 1}, {1, 0.5, 0.1}, {glow = {1, 0.6, 0.2}})
+    Particles(w, "BlastFire", "Explosion", {0, -30, 0})
+    for i = 0, 3 do Particles(w, "Dust" .. i, "Dust", {0, -30, 0}) end
+    for i, p in ipairs(look.fires or {}) do Particles(w, "Fire" .. i, "Fire", p) end
+    if look.rain then Particles(w, "Rain", "Rain", {0, 0, 0}) end
+    -- The light manager draws the sky dome for a level that has an entry named Sky.
+    w.Open("SkyDome"); w.String("Sky", "gradient"); w.Close()
     local powerUps = {{"PowerUpSpeed", {0.2, 0.9, 1}}, {"PowerUpShield", {0.6, 0.3, 1}},
                       {"PowerUpFuse", {1, 0.3, 0.2}}}
     for _, p in ipairs(powerUps) do
@@ -259,6 +278,7 @@ Arena("Arena", {
   title = "Garden", comment = "The garden arena: grass, crates and pillars in daylight.",
   floor = {0.35, 0.6, 0.3}, wall = {0.55, 0.45, 0.35}, sun = {1, 0.95, 0.85, 1},
   ambient = {0.35, 0.35, 0.33, 1},
+  fires = {{0, 2, 4}, {0, 2, -4}},
   obstacles = {
     {file = "Box.mesh", p = {-3, 0.6, 0}, scale = {1.2, 1.2, 1.2}, colour = {0.6, 0.4, 0.2}},
     {file = "Box.mesh", p = {3, 0.6, 1}, scale = {1.2, 1.2, 1.2}, colour = {0.6, 0.4, 0.2}},
@@ -273,6 +293,8 @@ Arena("ArenaStorm", {
   title = "Storm", comment = "The storm arena: a dark stone yard with barrels at night.",
   floor = {0.3, 0.3, 0.36}, wall = {0.25, 0.25, 0.3}, sun = {0.45, 0.5, 0.7, 1},
   ambient = {0.15, 0.15, 0.22, 1},
+  rain = true,
+  fires = {{-4, 1.4, 3}, {4, 1.4, -3}},
   obstacles = {
     {file = "Cylinder.mesh", p = {-4, 0.7, 3}, scale = {0.8, 1.4, 0.8}, colour = {0.5, 0.2, 0.15},
      shape = {1, 0.5, 1}},
