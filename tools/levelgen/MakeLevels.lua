@@ -72,15 +72,13 @@ local function Script(w, file)
   w.Open("Script"); w.String("FileName", file); w.Close()
 end
 
--- Screen-space text: x, y are fractions of the screen (0, 0 top left).
-local function HudText(w, name, text, x, y, font, scale, colour, align)
+-- A screen-space sprite at x, y (fractions of the screen, 0, 0 top left); `write` adds the keys of
+-- its kind between the colour and the placement.
+local function HudSprite(w, name, colour, x, y, align, write)
   w.Open(name)
   w.Open("SpriteHUD")
-  w.Double("IsText", 1)
-  w.String("Font", font or "Hud")
-  w.String("Message", text)
-  w.Float4("Color", colour or {1, 1, 1, 1})
-  w.Double("PixelScale", scale or 1)
+  w.Float4("Color", colour)
+  write()
   w.String("HorizontalAlignment", align or "center")
   w.String("VerticalAlignment", "center")
   w.Double("ScreenPositionX", x); w.Double("ScreenPositionY", y)
@@ -88,19 +86,21 @@ local function HudText(w, name, text, x, y, font, scale, colour, align)
   w.Close()
 end
 
+local function HudText(w, name, text, x, y, font, scale, colour, align)
+  HudSprite(w, name, colour or {1, 1, 1, 1}, x, y, align, function()
+    w.Double("IsText", 1)
+    w.String("Font", font or "Hud")
+    w.String("Message", text)
+    w.Double("PixelScale", scale or 1)
+  end)
+end
+
 local function HudImage(w, name, image, x, y, width, alpha)
-  w.Open(name)
-  w.Open("SpriteHUD")
-  w.Double("IsText", 0)
-  w.String("ImageFileName", image)
-  w.Float4("Color", {1, 1, 1, alpha or 1})
-  w.Double("PixelScale", 1)
-  w.Double("Width", width)
-  w.String("HorizontalAlignment", "center")
-  w.String("VerticalAlignment", "center")
-  w.Double("ScreenPositionX", x); w.Double("ScreenPositionY", y)
-  w.Close()
-  w.Close()
+  HudSprite(w, name, {1, 1, 1, alpha or 1}, x, y, "center", function()
+    w.Double("IsText", 0)
+    w.String("ImageFileName", image)
+    w.Double("Width", width)
+  end)
 end
 
 local function Prop(w, name, file, p, scale, colour, options)
