@@ -141,6 +141,8 @@ local function Draw()
 end
 
 function Start(me)
+  -- Only the first request loads the scene shaders; it matters when the game starts here.
+  Send("LoadShaders")
   Globals.Set("DrawSceneOverMenu", 0)
   for slot = 0, Match.kSlots - 1 do
     Globals.Set("PlayerModel" .. slot, Globals.Get("PlayerModel" .. slot, slot))

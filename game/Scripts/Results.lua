@@ -25,6 +25,8 @@ function OnCheat(cheat)
 end
 
 function Start(me)
+  -- Only the first request loads the scene shaders; it matters when the game starts here.
+  Send("LoadShaders")
   Controls.Install(OnEvent)
   Listen("SCR:Cheat", "OnCheat")
   Globals.PlaySong("TitleTheme")
@@ -43,7 +45,7 @@ end
 
 function Update()
   waited = waited + (FindData("DT") or 0)
-  if waited > (Globals.AutoPlay() and 1 or 6) then Leave() end
+  if waited > (Globals.AutoPlay() and 0.5 or 6) then Leave() end
   Controls.EndFrame()
 end
 

@@ -57,7 +57,7 @@ local function LivingSides()
 end
 
 local function Fuse(autoplay)
-  if autoplay then return 0.5 + math.random() * 0.4 end
+  if autoplay then return 0.3 + math.random() * 0.2 end
   return 8 + math.random() * 6
 end
 
@@ -113,7 +113,7 @@ local function EndRound(side)
     Globals.Set("MatchWinner", Match.SideName(champion))
     Globals.Log("Winner: " .. Match.SideName(champion))
   end
-  phaseLeft = Globals.AutoPlay() and 0.4 or 3
+  phaseLeft = Globals.AutoPlay() and 0.2 or 3
 end
 
 local function KnockOut(p)
@@ -315,7 +315,7 @@ function Start(me)
     Send("SCR:SetObjectColor", p.name, c[1], c[2], c[3])
   end
   ReadPositions()
-  phaseLeft = Globals.AutoPlay() and 0.3 or 2.5
+  phaseLeft = Globals.AutoPlay() and 0.1 or 2.5
   Globals.PlaySong("GameTheme")
   Globals.PlaySound("Countdown")
   Globals.Log("Round " .. Globals.Get("RoundNumber", 1) .. " in " .. Globals.CurrentLevel())
