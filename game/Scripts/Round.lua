@@ -179,7 +179,12 @@ local function MovePlayers()
     if moving then Send("SCR:RotateObjectAboutY", p.name, math.atan2(x, z)) end
     -- Dust rises at the feet of running players only.
     if moving then Place("Dust" .. p.slot, p.x, 0.05, p.z) else Place("Dust" .. p.slot, 0, -30, 0) end
-    SetData(Objects(p.name) .. ".ModelSkinned.AnimationName", moving and "Run" or "Idle")
+    -- Written only on a change: writing the clip's name starts it over.
+    local clip = moving and "Run" or "Idle"
+    if clip ~= p.clip then
+      p.clip = clip
+      SetData(Objects(p.name) .. ".ModelSkinned.AnimationName", clip)
+    end
   end
 end
 
@@ -308,7 +313,7 @@ function Start(me)
   for slot = 0, Match.kSlots - 1 do
     local p = {slot = slot, name = "Player" .. slot, device = Match.Device(slot),
                side = Match.Side(slot), alive = true, x = 0, z = 0, speedUntil = 0,
-               shieldUntil = 0, powerUntil = 0, wobble = (slot % 2 == 0) and 1 or -1}
+               shieldUntil = 0, powerUntil = 0, clip = "Idle", wobble = (slot % 2 == 0) and 1 or -1}
     players[slot + 1] = p
     Globals.Set("PlayerPowerUp" .. slot, 0)
     local c = kColours[Globals.Get("PlayerModel" .. slot, slot) + 1]

@@ -1,8 +1,9 @@
 -- Writes the party game's screens and arenas (game/Assets/Levels/*.xml) from the tables below, so
 -- that a new arena is a few lines here instead of hundreds of lines of typed XML. Run from the
--- repository root with `lua5.2 tools/levelgen/MakeLevels.lua` and commit what it writes; the
+-- repository root with `lua5.2 tools/levelgen/MakeLevels.lua [FOLDER/]` (default game/Assets/Levels/)
+-- and commit what it writes; the
 -- engine never runs it.
-local out = "game/Assets/Levels/"
+local out = arg[1] or "game/Assets/Levels/"
 
 local function Num(v) return string.format("%g", v) end
 
@@ -33,12 +34,7 @@ local function Transform(w, p, scale, yaw)
   w.Close()
 end
 
-local function MeshAndMaterial(w, file, colour, glow, texture)
-  w.Open("Mesh")
-  w.String("Filename", file)
-  w.Double("HasTexture", texture and 1 or 0)
-  if texture then w.String("TextureName", texture) end
-  w.Close()
+local function Material(w, colour, glow)
   w.Open("Material")
   w.Float4("Ambient", {colour[1] * 0.3, colour[2] * 0.3, colour[3] * 0.3, 1})
   w.Float4("Diffuse", {colour[1], colour[2], colour[3], 1})
@@ -47,6 +43,15 @@ local function MeshAndMaterial(w, file, colour, glow, texture)
   if glow then
     w.Open("Glow"); w.Double("r", glow[1]); w.Double("g", glow[2]); w.Double("b", glow[3]); w.Close()
   end
+end
+
+local function MeshAndMaterial(w, file, colour, glow, texture)
+  w.Open("Mesh")
+  w.String("Filename", file)
+  w.Double("HasTexture", texture and 1 or 0)
+  if texture then w.String("TextureName", texture) end
+  w.Close()
+  Material(w, colour, glow)
 end
 
 local function Body(w, shapeScale, static, extra)
@@ -103,11 +108,26 @@ local function HudImage(w, name, image, x, y, width, alpha)
   end)
 end
 
+-- A model instead of a primitive: "Character" is skinned (its clips Idle and Run), the others
+-- ("Crate", "Barrel", "Pillar", "Potato") static; the material colour tints the model's own.
+local function ModelAndMaterial(w, model, colour, glow)
+  if model == "Character" then
+    w.Open("ModelSkinned"); w.String("Name", model); w.String("AnimationName", "Idle"); w.Close()
+  else
+    w.Open("ModelStatic"); w.String("Name", model); w.Close()
+  end
+  Material(w, colour, glow)
+end
+
 local function Prop(w, name, file, p, scale, colour, options)
   options = options or {}
   w.Open(name)
   Transform(w, p, scale, options.yaw)
-  MeshAndMaterial(w, file, colour, options.glow, options.texture)
+  if string.find(file, ".mesh", 1, true) then
+    MeshAndMaterial(w, file, colour, options.glow, options.texture)
+  else
+    ModelAndMaterial(w, file, colour, options.glow)
+  end
   if options.body then Body(w, options.body, options.static ~= false, options.bodyExtra) end
   if options.script then Script(w, options.script) end
   w.Close()
@@ -158,7 +178,6 @@ end
 -- The game ---------------------------------------------------------------------------------
 
 local kPlayerColours = {{0.9, 0.2, 0.2}, {0.2, 0.45, 0.95}, {0.2, 0.8, 0.3}, {0.95, 0.8, 0.15}}
-local kPotato = {0.75, 0.55, 0.25}
 
 -- A menu backdrop: the camera looks at +z from (0, 0, -10); the bars sit where the menu lines are.
 local function MenuScreen(w, title, itemPrefix, items, script)
@@ -172,13 +191,13 @@ local function MenuScreen(w, title, itemPrefix, items, script)
     Prop(w, itemPrefix .. "Bar" .. i, "Box.mesh", {0, y, 2}, {5, 0.55, 0.2}, {0.15, 0.15, 0.2})
   end
   Prop(w, "Backdrop", "Box.mesh", {0, 0, 6}, {30, 20, 1}, {0.12, 0.1, 0.16})
-  Prop(w, "TitlePotato", "Sphere.mesh", {0, 2.9, 2}, {1.2, 0.9, 0.9}, kPotato, {glow = {0.9, 0.5, 0.1}})
+  Prop(w, "TitlePotato", "Potato", {0, 2.9, 2}, {2, 2, 2}, {1, 1, 1}, {glow = {0.9, 0.5, 0.1}})
 end
 
 Save("SplashScreens", Level("Potato Panic", "The first level the engine requests: the game's name.",
   function(w)
     Camera(w, {0, 0, -6}, {0, 0, 1})
-    Prop(w, "Logo", "Sphere.mesh", {0, -0.3, 0}, {1.6, 1.1, 1.1}, kPotato,
+    Prop(w, "Logo", "Potato", {0, -0.3, 0}, {2.8, 2.8, 2.8}, {1, 1, 1},
          {glow = {0.9, 0.45, 0.1}, script = "Splash.lua"})
     HudText(w, "Title", "Potato Panic", 0.5, 0.2, "Title", 1.5, {1, 0.85, 0.3, 1})
     HudText(w, "Studio", "a Grindle game", 0.5, 0.85)
@@ -193,7 +212,7 @@ Save("Lobby", Level("Lobby", "Players join, pick a character and a team; then mo
     MenuScreen(w, "Lobby", "MenuItem", 4, "Lobby.lua")
     for i = 0, 3 do
       local x = (1.5 - i) * 2.6  -- screen left to right is world +x to -x
-      Prop(w, "Player" .. i, "Cylinder.mesh", {x, -2.6, 0}, {0.6, 1.6, 0.6}, kPlayerColours[i + 1])
+      Prop(w, "Player" .. i, "Character", {x, -2.6, 0}, {0.9, 0.9, 0.9}, kPlayerColours[i + 1], {yaw = math.pi})
       HudText(w, "Slot" .. i, "", 0.2 + i * 0.2, 0.93)
     end
     HudText(w, "Help", "", 0.5, 0.3)
@@ -205,7 +224,8 @@ Save("Results", Level("Results", "Who won the match, then back to the lobby.", f
   HudText(w, "Title", "", 0.5, 0.18, "Title", 1.2, {1, 0.85, 0.3, 1})
   for i = 0, 3 do
     HudText(w, "Score" .. i, "", 0.5, 0.45 + i * 0.08)
-    Prop(w, "Player" .. i, "Cylinder.mesh", {(1.5 - i) * 2.6, -2, 0}, {0.6, 1.6, 0.6}, kPlayerColours[i + 1])
+    Prop(w, "Player" .. i, "Character", {(1.5 - i) * 2.6, -2, 0}, {0.9, 0.9, 0.9}, kPlayerColours[i + 1],
+         {yaw = math.pi})
   end
   Prop(w, "Podium", "Box.mesh", {0, -3.2, 0}, {12, 0.8, 3}, {0.5, 0.45, 0.4})
   Prop(w, "Backdrop", "Box.mesh", {0, 0, 6}, {30, 20, 1}, {0.1, 0.12, 0.18})
@@ -234,11 +254,11 @@ local function Arena(name, look)
     end
     local spawn = {{-6, 6}, {6, 6}, {-6, -6}, {6, -6}}
     for i = 0, 3 do
-      Prop(w, "Player" .. i, "Cylinder.mesh", {spawn[i + 1][1], 0.85, spawn[i + 1][2]},
-           {0.5, 1.6, 0.5}, kPlayerColours[i + 1],
-           {body = {1, 0.5, 1}, static = false, bodyExtra = {Restitution = 0}})
+      Prop(w, "Player" .. i, "Character", {spawn[i + 1][1], 0.85, spawn[i + 1][2]},
+           {0.8, 0.8, 0.8}, kPlayerColours[i + 1],
+           {body = {0.55, 1, 0.55}, static = false, bodyExtra = {Restitution = 0}})
     end
-    Prop(w, "Potato", "Sphere.mesh", {0, -30, 0}, {0.55, 0.4, 0.4}, kPotato, {glow = {1, 0.5, 0.1}})
+    Prop(w, "Potato", "Potato", {0, -30, 0}, {1, 1, 1}, {1, 1, 1}, {glow = {1, 0.5, 0.1}})
     for i = 0, 4 do
       Prop(w, "FuseBar" .. i, "Box.mesh", {0, -30, 0}, {0.28, 0.2, 0.2}, {1, 0.6, 0.1}, {glow = {1, 0.4, 0}})
     end
@@ -280,12 +300,10 @@ Arena("Arena", {
   ambient = {0.35, 0.35, 0.33, 1},
   fires = {{0, 2, 4}, {0, 2, -4}},
   obstacles = {
-    {file = "Box.mesh", p = {-3, 0.6, 0}, scale = {1.2, 1.2, 1.2}, colour = {0.6, 0.4, 0.2}},
-    {file = "Box.mesh", p = {3, 0.6, 1}, scale = {1.2, 1.2, 1.2}, colour = {0.6, 0.4, 0.2}},
-    {file = "Cylinder.mesh", p = {0, 1, 4}, scale = {0.7, 2, 0.7}, colour = {0.7, 0.7, 0.65},
-     shape = {1, 0.5, 1}},
-    {file = "Cylinder.mesh", p = {0, 1, -4}, scale = {0.7, 2, 0.7}, colour = {0.7, 0.7, 0.65},
-     shape = {1, 0.5, 1}},
+    {file = "Crate", p = {-3, 0.6, 0}, scale = {1.2, 1.2, 1.2}, colour = {1, 1, 1}},
+    {file = "Crate", p = {3, 0.6, 1}, scale = {1.2, 1.2, 1.2}, colour = {1, 1, 1}},
+    {file = "Pillar", p = {0, 1, 4}, scale = {1, 0.5, 1}, colour = {1, 1, 1}, shape = {0.55, 2, 0.55}},
+    {file = "Pillar", p = {0, 1, -4}, scale = {1, 0.5, 1}, colour = {1, 1, 1}, shape = {0.55, 2, 0.55}},
   },
 })
 
@@ -296,10 +314,9 @@ Arena("ArenaStorm", {
   rain = true,
   fires = {{-4, 1.4, 3}, {4, 1.4, -3}},
   obstacles = {
-    {file = "Cylinder.mesh", p = {-4, 0.7, 3}, scale = {0.8, 1.4, 0.8}, colour = {0.5, 0.2, 0.15},
-     shape = {1, 0.5, 1}},
-    {file = "Cylinder.mesh", p = {4, 0.7, -3}, scale = {0.8, 1.4, 0.8}, colour = {0.5, 0.2, 0.15},
-     shape = {1, 0.5, 1}},
+    {file = "Barrel", p = {-4, 0.72, 3}, scale = {1.2, 1.2, 1.2}, colour = {1, 1, 1}},
+    {file = "Barrel", p = {4, 0.72, -3}, scale = {1.2, 1.2, 1.2}, colour = {1, 1, 1}},
+    {file = "Crate", p = {-5, 0.5, -4}, scale = {1, 1, 1}, colour = {0.7, 0.7, 0.8}},
     {file = "Box.mesh", p = {0, 0.5, 0}, scale = {3, 1, 0.8}, colour = {0.35, 0.35, 0.4}},
   },
 })
