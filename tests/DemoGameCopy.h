@@ -19,7 +19,7 @@ class DemoGameCopy : public TempWorkDir {
     for (const auto& entry : fs::directory_iterator(demo)) {
       const fs::path name = entry.path().filename();
       if (name == "Scripts")
-        fs::copy(entry, path / name);
+        fs::copy(entry, path / name, fs::copy_options::recursive);  // modules in subfolders too
       else if (name != "Assets")
         fs::create_directory_symlink(entry, path / name);
     }
