@@ -76,7 +76,7 @@ end
 function Update()
   waited = waited + (FindData("DT") or 0)
   if Globals.AutoPlay() and waited > 0.5 then Choose("Play") end
-  SetData("*CurrentLevel.GameObjects.TitlePotato.Transform.PositionY", 2.9 + 0.15 * math.sin(waited * 3))
+  SetData("*CurrentLevel.GameObjects.TitlePotato.Transform.PositionY", 2.65 + 0.15 * math.sin(waited * 3))
   menu:Draw()
   Controls.EndFrame()
 end

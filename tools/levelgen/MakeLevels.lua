@@ -191,7 +191,8 @@ local function MenuScreen(w, title, itemPrefix, items, script)
     Prop(w, itemPrefix .. "Bar" .. i, "Box.mesh", {0, y, 2}, {5, 0.55, 0.2}, {0.15, 0.15, 0.2})
   end
   Prop(w, "Backdrop", "Box.mesh", {0, 0, 6}, {30, 20, 1}, {0.12, 0.1, 0.16})
-  Prop(w, "TitlePotato", "Potato", {0, 2.9, 2}, {2, 2, 2}, {1, 1, 1}, {glow = {0.9, 0.5, 0.1}})
+  -- Beside the title, on its left on the screen (the screen's left is +x here).
+  Prop(w, "TitlePotato", "Potato", {4.3, 2.65, 2}, {1.6, 1.6, 1.6}, {1, 1, 1}, {glow = {0.9, 0.5, 0.1}})
 end
 
 Save("SplashScreens", Level("Potato Panic", "The first level the engine requests: the game's name.",

@@ -9,6 +9,8 @@ Menu.__index = Menu
 local kTop, kSpacing = 0.42, 0.085
 local kIdle = {0.75, 0.75, 0.8}
 local kChosen = {1.0, 0.8, 0.1}
+local kBar = {0.15, 0.15, 0.2}
+local kBackdrop = {0.12, 0.1, 0.16}
 
 -- items: list of {Label = text, Action = name}; labeller(item) may give a label that changes.
 function Menu.New(prefix, items, onChoose, labeller)
@@ -65,7 +67,8 @@ function Menu:Draw()
     end
     local bar = self.prefix .. "Bar" .. (i - 1)
     if FindData("*CurrentLevel.GameObjects." .. bar .. ".*Name") then
-      local colour = (shown and i == self.cursor) and kChosen or {0.15, 0.15, 0.2}
+      -- Bars without a line take the backdrop's colour and vanish.
+      local colour = not shown and kBackdrop or (i == self.cursor and kChosen or kBar)
       Send("SCR:SetObjectColor", bar, colour[1], colour[2], colour[3])
     end
   end
