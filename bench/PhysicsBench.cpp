@@ -1,5 +1,6 @@
 // Cost of the physics system's frame (sync in, four fixed steps, sync out) with N boxes on a floor,
-// next to the bare library stepping the same bodies, and of one ray cast among them. Run from the
+// at rest or pushed every frame, each next to the bare library doing the same to the same bodies,
+// and of one ray cast among them. Run from the
 // release build: grindle_bench
 // --benchmark_filter=Physics
 #include <benchmark/benchmark.h>
@@ -15,6 +16,7 @@
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
 #include "Physics/Physics/BodyBuilder.h"
+#include "Physics/Physics/Physics.h"
 #include "Physics/Physics/PhysicsWorld.h"
 #include "Physics/PhysicsLibraryInterface.h"
 
@@ -83,6 +85,11 @@ class BoxField {
     }
   }
   RayCaster& Caster() { return *system_; }
+  int Awake() const {
+    int awake = 0;
+    for (const auto& record : system_->Simulation()->Records()) awake += record->pObject_->isActive();
+    return awake;
+  }
 
  private:
   Database root_;
@@ -110,6 +117,19 @@ class BareBoxWorld {
   void Frame() {
     for (int step = 0; step < kStepsPerFrame; ++step) world_.StepOnce();
   }
+  int Awake() const {
+    int awake = 0;
+    for (const auto& record : records_) awake += record->pObject_->isActive();
+    return awake;
+  }
+  // What "msgSetBodyVelocityXZ" asks of the library, straight on every box.
+  void PushAll(double x) {
+    for (size_t i = 1; i < records_.size(); ++i) {
+      btRigidBody& body = *records_[i]->Rigid();
+      body.activate(true);
+      body.setLinearVelocity(btVector3(static_cast<float>(x), body.getLinearVelocity().y(), 0));
+    }
+  }
 
  private:
   void AddBody(Database& objects, const std::string& name) {
@@ -131,6 +151,7 @@ void SettledFrames(benchmark::State& state) {
   for (int i = 0; i < 90; ++i) boxes.Frame();
   for (auto _ : state) boxes.Frame();
   state.SetItemsProcessed(state.iterations() * state.range(0));
+  state.counters["awake"] = boxes.Awake();
 }
 
 // What is left for the engine is the database synchronisation and the broad phase; the bare run
@@ -140,19 +161,26 @@ void BM_BareBulletFrameSettled(benchmark::State& state) { SettledFrames<BareBoxW
 BENCHMARK(BM_PhysicsFrameSettled)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BareBulletFrameSettled)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
 
-// Every box pushed by a script every frame, as players and projectiles are: all awake, all in
-// contact with the floor. Includes delivering the N velocity messages.
-void BM_PhysicsFrameAwake(benchmark::State& state) {
-  BoxField field(static_cast<int>(state.range(0)));
+// Every box pushed every frame, as players and projectiles are: all awake, all in contact with
+// the floor. The engine run includes sending and delivering the N velocity messages; the bare run
+// sets the same velocities on the bodies directly.
+template <class Boxes>
+void PushedFrames(benchmark::State& state) {
+  Boxes boxes(static_cast<int>(state.range(0)));
+  for (int i = 0; i < 30; ++i) boxes.Frame();
   double direction = 1.0;
   for (auto _ : state) {
-    field.PushAll(direction);
+    boxes.PushAll(direction);
     direction = -direction;
-    field.Frame();
+    boxes.Frame();
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(BM_PhysicsFrameAwake)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
+void BM_PhysicsFramePushed(benchmark::State& state) { PushedFrames<BoxField>(state); }
+void BM_BareBulletFramePushed(benchmark::State& state) { PushedFrames<BareBoxWorld>(state); }
+BENCHMARK(BM_PhysicsFramePushed)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BareBulletFramePushed)->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
 void BM_PhysicsRayCastAmongBoxes(benchmark::State& state) {
   BoxField field(1000);

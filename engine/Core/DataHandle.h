@@ -27,6 +27,9 @@ class DataHandle {
   // The entry writes null into this handle when it goes away. The handle must then stay at this
   // address for as long as the entry lives (members of long-lived objects, not temporaries).
   void TrackEntry();
+  // Takes a tracked handle off its entry's list before the handle itself goes away; a handle the
+  // entry already cleared is left alone, its entry being gone.
+  void UntrackEntry();
 
  private:
   T& Deref() const {

@@ -26,6 +26,7 @@ class MetaDatabaseEntry {
     handleSlots_.clear();
   }
   void AddHandleSlot(void** slot) { handleSlots_.push_back(slot); }
+  void RemoveHandleSlot(void** slot) { std::erase(handleSlots_, slot); }
 
   uint32_t TypeCode() const { return uTypeCode_; }
   void* Value() const { return pValue_; }

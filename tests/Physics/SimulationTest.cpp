@@ -118,6 +118,47 @@ TEST_F(PhysicsTest, YawPastAQuarterTurnReadsBackFoldedThroughAsin) {
   EXPECT_NEAR(Field("Potato", "RotationY"), std::numbers::pi - again, 1e-4);
 }
 
+// A body keeps its transform entries from frame to frame; whatever replaces them (an entry written
+// anew, a new Transform group, a new object of the same name) is what it follows from then on, and
+// a removed body leaves nothing behind in the entries it used.
+TEST_F(PhysicsTest, ABodyFollowsWhicheverEntriesReplaceTheOnesItWasBoundTo) {
+  AddBody("Crate", {.position = {0, 10, 0}});
+  Frames(1);
+  TransformOf("Crate").Add<double>("PositionX", 7.0);
+  Frames(1);
+  EXPECT_FLOAT_EQ(Centre("Crate").x(), 7.0f);
+  EXPECT_DOUBLE_EQ(Field("Crate", "PositionX"), 7.0);
+
+  Database& moved = *Objects().Find<Database>("Crate")->Add<Database>("Transform");
+  moved.Add<double>("PositionX", -3.0);
+  moved.Add<float>("PositionY", 20.0f);  // a file's float: kept, as a double
+  Frames(1);
+  EXPECT_FLOAT_EQ(Centre("Crate").x(), -3.0f);
+  EXPECT_NEAR(Centre("Crate").y(), 20.0f, 0.5f);
+  EXPECT_LT(Field("Crate", "PositionY"), 20.0);
+  EXPECT_DOUBLE_EQ(Field("Crate", "PositionZ"), 0.0) << "a missing axis is where the body is";
+  EXPECT_DOUBLE_EQ(Field("Crate", "RotationY"), 0.0);
+  EXPECT_TRUE(TransformOf("Crate").Find<glm::mat4>("Rotation"));
+
+  // The level manager copying an object in anew, without announcing it: the new object has no
+  // back-pointer, but the body is still the one of its level and name.
+  const btCollisionObject& crate = *Record("Crate")->pObject_;
+  MakeObject("Crate", {.position = {5, 30, 5}});
+  Frames(1);
+  EXPECT_FLOAT_EQ(crate.getWorldTransform().getOrigin().x(), 5.0f);
+  EXPECT_LT(Field("Crate", "PositionY"), 30.0);
+
+  AddBody("Ball", {.position = {-5, 30, -5}});
+  Frames(1);
+  messages_.SendArgs("msgObjectDestroyed", std::string("Ball"));
+  Frames(1);
+  TransformOf("Ball").Add<double>("PositionX", 1.0);
+  Objects().Remove("Ball");
+  Frames(1);
+  ASSERT_EQ(Sim().Records().size(), 1u);
+  EXPECT_LT(Field("Crate", "PositionY"), 29.0);
+}
+
 TEST_F(PhysicsTest, WhilePausedNothingMovesAndScriptWritesWaitForTheResume) {
   AddBody("Crate", {.position = {0, 10, 0}});
   Frames(2);

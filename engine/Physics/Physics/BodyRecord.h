@@ -1,6 +1,7 @@
-// One game object's body: which object it belongs to (found again by level and object key every
-// time, since levels can be replaced under the physics system), the shape offset read at creation,
-// and the library objects. Owned by the Physics object's list; the collision object is in the world
+// One game object's body: which object it belongs to (by level and object key, how its transform
+// is found again whenever the bound entries have gone, since levels can be replaced under the
+// physics system), the shape offset read at creation, the bound transform entries and the library
+// objects. Owned by the Physics object's list; the collision object is in the world
 // for exactly as long as the record is in the list. Main thread only.
 #pragma once
 
@@ -10,6 +11,8 @@
 #include <memory>
 #include <string>
 
+#include "Physics/Physics/TransformBinding.h"
+
 namespace grindle {
 
 struct BodyRecord {
@@ -18,6 +21,7 @@ struct BodyRecord {
   uint32_t uObjectKey_ = 0;
   btVector3 vOffset_{0, 0, 0};
   bool isStatic_ = false;
+  TransformBinding binding_;  // unbound for static bodies, which are never synchronised
 
   // Declared before the object so that the object, which points at them, goes first.
   std::unique_ptr<btBoxShape> pBox_;

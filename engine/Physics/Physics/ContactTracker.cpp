@@ -5,59 +5,94 @@
 namespace grindle {
 namespace {
 
+ContactTracker* gAttached = nullptr;
+
 bool IsPhantom(const btCollisionObject* object) {
   return object->getInternalType() == btCollisionObject::CO_GHOST_OBJECT;
 }
 
 }  // namespace
 
-ContactTracker::Pair ContactTracker::MakePair(const btCollisionObject* a,
-                                              const btCollisionObject* b) {
+void ContactTracker::Attach() {
+  if (attached_) return;
+  gAttached = this;
+  attached_ = true;
+  gContactStartedCallback = &ContactTracker::Started;
+  gContactEndedCallback = &ContactTracker::Ended;
+}
+
+void ContactTracker::Detach() {
+  if (!attached_) return;
+  gContactStartedCallback = nullptr;
+  gContactEndedCallback = nullptr;
+  gAttached = nullptr;
+  attached_ = false;
+}
+
+void ContactTracker::Started(btPersistentManifold* const& manifold) {
+  if (gAttached != nullptr) gAttached->Change(*manifold, +1);
+}
+
+void ContactTracker::Ended(btPersistentManifold* const& manifold) {
+  if (gAttached != nullptr) gAttached->Change(*manifold, -1);
+}
+
+void ContactTracker::Change(const btPersistentManifold& manifold, int delta) {
+  const btCollisionObject* a = manifold.getBody0();
+  const btCollisionObject* b = manifold.getBody1();
   if (IsPhantom(b) && !IsPhantom(a)) std::swap(a, b);
   const auto pa = reinterpret_cast<uintptr_t>(a);
   const auto pb = reinterpret_cast<uintptr_t>(b);
-  return {a, b, std::min(pa, pb), std::max(pa, pb)};
+  const Key key{std::min(pa, pb), std::max(pa, pb)};
+  auto found = pairs_.find(key);
+  if (found == pairs_.end()) {
+    // The last contact of a pair already forgotten (its object is leaving the world).
+    if (delta < 0) return;
+    found = pairs_.emplace(key, Pair{a, b}).first;
+  }
+  Pair& pair = found->second;
+  pair.manifolds += delta;
+  if (!pair.dirty) {
+    pair.dirty = true;
+    changed_.push_back(key);
+  }
 }
 
-void ContactTracker::Collect(btDispatcher& dispatcher, std::vector<ContactEvent>& events) {
-  current_.clear();
-  const int count = dispatcher.getNumManifolds();
-  for (int i = 0; i < count; ++i) {
-    const btPersistentManifold* manifold = dispatcher.getManifoldByIndexInternal(i);
-    if (manifold->getNumContacts() == 0) continue;
-    current_.push_back(MakePair(manifold->getBody0(), manifold->getBody1()));
+void ContactTracker::Collect(std::vector<ContactEvent>& events) {
+  // Only the changes are sorted, which keeps one step's events in a stable order.
+  std::sort(changed_.begin(), changed_.end());
+  for (const Key& key : changed_) {
+    const auto found = pairs_.find(key);
+    if (found == pairs_.end()) continue;
+    Pair& pair = found->second;
+    pair.dirty = false;
+    const bool touching = pair.manifolds > 0;
+    if (touching != pair.reported) events.push_back({touching, pair.first, pair.second});
+    pair.reported = touching;
+    if (!touching) pairs_.erase(found);
   }
-  // A compound shape may give one pair several manifolds.
-  std::sort(current_.begin(), current_.end());
-  current_.erase(std::unique(current_.begin(), current_.end()), current_.end());
-
-  auto now = current_.begin();
-  auto before = touching_.begin();
-  while (now != current_.end() || before != touching_.end()) {
-    if (before == touching_.end() || (now != current_.end() && *now < *before)) {
-      events.push_back({true, now->first, now->second});
-      ++now;
-    } else if (now == current_.end() || *before < *now) {
-      events.push_back({false, before->first, before->second});
-      ++before;
-    } else {
-      ++now;
-      ++before;
-    }
-  }
-  touching_.swap(current_);
+  changed_.clear();
 }
 
 void ContactTracker::Forget(const btCollisionObject* object, std::vector<ContactEvent>* ends) {
-  const auto involves = [object](const Pair& pair) {
-    return pair.first == object || pair.second == object;
-  };
-  if (ends != nullptr) {
-    for (const Pair& pair : touching_) {
-      if (involves(pair)) ends->push_back({false, pair.first, pair.second});
-    }
+  std::vector<Key> gone;
+  for (const auto& [key, pair] : pairs_) {
+    if (pair.first != object && pair.second != object) continue;
+    gone.push_back(key);
   }
-  touching_.erase(std::remove_if(touching_.begin(), touching_.end(), involves), touching_.end());
+  std::sort(gone.begin(), gone.end());
+  for (const Key& key : gone) {
+    const auto found = pairs_.find(key);
+    if (ends != nullptr && found->second.reported) {
+      ends->push_back({false, found->second.first, found->second.second});
+    }
+    pairs_.erase(found);
+  }
+}
+
+void ContactTracker::Clear() {
+  pairs_.clear();
+  changed_.clear();
 }
 
 }  // namespace grindle

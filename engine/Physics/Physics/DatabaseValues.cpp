@@ -53,10 +53,14 @@ void WriteReal(Database& db, WellKnown name, double value) {
 void WriteRotation(Database& db, const btMatrix3x3& rotation) {
   DataHandle<glm::mat4> matrix = db.Find<glm::mat4>(KeyOf(WellKnown::Rotation));
   if (!matrix) matrix = db.Add<glm::mat4>("Rotation", glm::mat4(1.0f));
+  WriteRotation(*matrix, rotation);
+}
+
+void WriteRotation(glm::mat4& matrix, const btMatrix3x3& rotation) {
   // Row r of the stored matrix is what row vectors multiply, the transpose of Bullet's
   // column-vector matrix.
   for (int r = 0; r < 3; ++r) {
-    for (int c = 0; c < 3; ++c) (*matrix)[r][c] = rotation[c][r];
+    for (int c = 0; c < 3; ++c) matrix[r][c] = rotation[c][r];
   }
 }
 

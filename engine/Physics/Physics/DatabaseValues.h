@@ -6,6 +6,8 @@
 
 #include <btBulletDynamicsCommon.h>
 
+#include <glm/glm.hpp>
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -31,6 +33,7 @@ void WriteReal(Database& db, WellKnown name, double value);
 // Writes the upper-left 3x3 of the "Rotation" matrix (row-major, row vectors), creating the entry
 // as an identity matrix when it is missing.
 void WriteRotation(Database& db, const btMatrix3x3& rotation);
+void WriteRotation(glm::mat4& matrix, const btMatrix3x3& rotation);
 
 Database* FindDatabase(const Database& db, uint32_t key);
 // `Levels.<level>.GameObjects.<object>`, or null.

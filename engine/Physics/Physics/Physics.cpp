@@ -24,6 +24,7 @@ Physics::Physics() {
 
 Physics::~Physics() {
   RemoveAllBodies();
+  contacts_.Detach();
   pWorld_.reset();
   PHYSICS = nullptr;
 }
@@ -32,6 +33,7 @@ void Physics::Start(Database& root, MessageHandler& messages) {
   pRoot_ = &root;
   pMessages_ = &messages;
   if (!pWorld_) pWorld_ = std::make_unique<PhysicsWorld>();
+  contacts_.Attach();
 }
 
 BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::string_view level) {
@@ -124,25 +126,26 @@ bool Physics::IsPaused() const { return ReadFlag(*pRoot_, KeyOf(WellKnown::isGam
 void Physics::Update() {
   if (!pWorld_ || IsPaused()) return;
   LevelObjects objects(*pRoot_);
-  slots_.resize(records_.size());
-  for (size_t i = 0; i < records_.size(); ++i) {
-    BodyRecord& record = *records_[i];
-    slots_[i].pTransform_ = nullptr;
+  for (const std::unique_ptr<BodyRecord>& owned : records_) {
+    BodyRecord& record = *owned;
     if (record.isStatic_) continue;
-    Database* object = objects.Find(record.uLevelKey_, record.uObjectKey_);
-    Database* transform =
-        object != nullptr ? FindDatabase(*object, KeyOf(WellKnown::Transform)) : nullptr;
-    if (transform == nullptr) continue;
-    BindTransform(*transform, record, slots_[i]);
-    PushToBody(record, slots_[i]);
+    if (!record.binding_.IsBound()) {
+      Database* object = objects.Find(record.uLevelKey_, record.uObjectKey_);
+      Database* transform =
+          object != nullptr ? FindDatabase(*object, KeyOf(WellKnown::Transform)) : nullptr;
+      if (transform == nullptr) continue;
+      BindTransform(*transform, record);
+    }
+    PushToBody(record);
   }
   for (int step = 0; step < kStepsPerFrame; ++step) {
     pWorld_->StepOnce();
-    contacts_.Collect(*pWorld_->Dynamics().getDispatcher(), events_);
+    contacts_.Collect(events_);
     SendContacts();
   }
-  for (size_t i = 0; i < records_.size(); ++i) {
-    if (slots_[i].pTransform_ != nullptr) PullFromBody(*records_[i], slots_[i]);
+  // Collision messages are only queued during the steps, so the entries bound before are intact.
+  for (const std::unique_ptr<BodyRecord>& record : records_) {
+    if (record->binding_.IsBound()) PullFromBody(*record);
   }
 }
 

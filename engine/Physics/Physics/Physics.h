@@ -68,7 +68,6 @@ class Physics {
   std::unordered_set<const BodyRecord*> live_;
   ContactTracker contacts_;
   std::vector<ContactEvent> events_;
-  std::vector<TransformSlots> slots_;  // parallel to records_ during Update
 };
 
 }  // namespace grindle

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Core/WellKnownKeys.h"
 #include "Physics/Physics/DatabaseValues.h"
 
 namespace grindle {
@@ -14,32 +13,20 @@ namespace {
 constexpr float kMoveTolerance = 1e-4f;
 constexpr float kTurnTolerance = 1e-6f;
 
-constexpr WellKnown kPositionKeys[3] = {WellKnown::PositionX, WellKnown::PositionY,
-                                        WellKnown::PositionZ};
-
-DataHandle<double> BindReal(Database& transform, WellKnown name, double fallback) {
-  const uint32_t key = KeyOf(name);
-  if (DataHandle<double> entry = transform.Find<double>(key)) return entry;
-  return transform.Add<double>(kWellKnownKeyNames[static_cast<size_t>(name)],
-                               ReadReal(transform, key, fallback));
-}
-
 }  // namespace
 
-void BindTransform(Database& transform, const BodyRecord& record, TransformSlots& slots) {
-  slots.pTransform_ = &transform;
+void BindTransform(Database& transform, BodyRecord& record) {
   const btVector3 current = record.pObject_->getWorldTransform().getOrigin() - record.vOffset_;
-  for (int axis = 0; axis < 3; ++axis) {
-    slots.dhPosition_[axis] = BindReal(transform, kPositionKeys[axis], current[axis]);
-  }
-  slots.dhYaw_ = BindReal(transform, WellKnown::RotationY, 0.0);
+  const double position[3] = {current.x(), current.y(), current.z()};
+  record.binding_.Bind(transform, position, 0.0);
 }
 
-void PushToBody(BodyRecord& record, const TransformSlots& slots) {
-  const btVector3 position(static_cast<float>(*slots.dhPosition_[0]),
-                           static_cast<float>(*slots.dhPosition_[1]),
-                           static_cast<float>(*slots.dhPosition_[2]));
-  const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(*slots.dhYaw_));
+void PushToBody(BodyRecord& record) {
+  const TransformBinding& bound = record.binding_;
+  const btVector3 position(static_cast<float>(*bound.dhPosition_[0]),
+                           static_cast<float>(*bound.dhPosition_[1]),
+                           static_cast<float>(*bound.dhPosition_[2]));
+  const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(*bound.dhYaw_));
   // A script that wrote a NaN or an infinity does not get to break the world: the body stays, and
   // the write-back replaces the bad values.
   if (!IsFinite(position) || !IsFinite(yaw)) return;
@@ -51,16 +38,18 @@ void PushToBody(BodyRecord& record, const TransformSlots& slots) {
       std::fabs(now.getRotation().dot(placed.getRotation())) < 1.0f - kTurnTolerance;
   // A sleeping body that a script moves must wake, or it would hang where it was put.
   if (moved) body.activate();
+  if (placed == now) return;
   body.setWorldTransform(placed);
   body.setInterpolationWorldTransform(placed);
 }
 
-void PullFromBody(const BodyRecord& record, const TransformSlots& slots) {
+void PullFromBody(BodyRecord& record) {
+  const TransformBinding& bound = record.binding_;
   const btTransform& placed = record.pObject_->getWorldTransform();
   const btVector3 position = placed.getOrigin() - record.vOffset_;
-  for (int axis = 0; axis < 3; ++axis) *slots.dhPosition_[axis] = position[axis];
-  WriteRotation(*slots.pTransform_, placed.getBasis());
-  *slots.dhYaw_ = YawOf(placed.getRotation());
+  for (int axis = 0; axis < 3; ++axis) *bound.dhPosition_[axis] = position[axis];
+  WriteRotation(*bound.dhRotation_, placed.getBasis());
+  *bound.dhYaw_ = YawOf(placed.getRotation());
 }
 
 double YawOf(const btQuaternion& q) {
