@@ -1,8 +1,10 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Core/Database.h"
 #include "Core/MemoryManager.h"
@@ -11,13 +13,24 @@
 namespace grindle {
 namespace {
 
-void BM_FindByPreInternedKey(benchmark::State& state) {
+// Find<double> by keys interned beforehand, drawn at random from the database's own, so that the
+// lookups land all over its table as a level's do.
+void BM_FindRandomKeys(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
   Database db;
-  for (int i = 0; i < 200; ++i) db.Add<double>("Entry" + std::to_string(i), i);
-  const uint32_t key = HashValue("Entry117");
-  for (auto _ : state) benchmark::DoNotOptimize(db.Find<double>(key).Get());
+  std::vector<uint32_t> keys;
+  for (int i = 0; i < count; ++i) {
+    const std::string name = "Entry" + std::to_string(i);
+    db.Add<double>(name, i);
+    keys.push_back(HashValue(name));
+  }
+  std::mt19937 random(7);
+  std::vector<uint32_t> order(4096);
+  for (uint32_t& key : order) key = keys[random() % keys.size()];
+  size_t i = 0;
+  for (auto _ : state) benchmark::DoNotOptimize(db.Find<double>(order[i++ & 4095]).Get());
 }
-BENCHMARK(BM_FindByPreInternedKey);
+BENCHMARK(BM_FindRandomKeys)->Arg(200)->Arg(5000);
 
 void BM_SendDeliverNoArguments(benchmark::State& state) {
   MessageHandler handler;

@@ -10,12 +10,12 @@ Database::Database(const Database& other)
     : sName_(other.sName_), pOwner_(other.pOwner_), sPath_(other.sPath_) {
   for (const Record& record : other.records_) {
     const uint32_t key = HashValue(record.name);
-    const auto live = other.entries_.find(key);
+    const EntryTable::Slot* live = other.entries_.Find(key);
     // Only the record that still names the live entry is copied, so the copy lists each name once.
-    if (live == other.entries_.end() || live->second != record.entry) continue;
-    MetaDatabaseEntry* clone = live->second->Clone();
+    if (live == nullptr || live->entry != record.entry) continue;
+    MetaDatabaseEntry* clone = live->entry->Clone();
     records_.push_back({record.name, clone});
-    entries_[key] = clone;
+    entries_.Put(key, clone);
   }
 }
 
@@ -25,7 +25,6 @@ Database& Database::operator=(const Database& other) {
     Clear();
     records_ = std::move(copy.records_);
     entries_ = std::move(copy.entries_);
-    copy.entries_.clear();
     sName_ = other.sName_;
     pOwner_ = other.pOwner_;
     sPath_ = other.sPath_;
@@ -39,17 +38,17 @@ void Database::Clear() {
   // Nested databases are emptied here, through a worklist, before their entries are destroyed, so
   // that a tree nested 100,000 deep comes down without one set of stack frames per level.
   std::vector<MetaDatabaseEntry*> doomed;
-  doomed.reserve(entries_.size());
-  for (auto& [key, entry] : entries_) doomed.push_back(entry);
-  entries_.clear();
+  doomed.reserve(entries_.Size());
+  entries_.ForEach([&](uint32_t, MetaDatabaseEntry* entry) { doomed.push_back(entry); });
+  entries_.Clear();
   records_.clear();
   while (!doomed.empty()) {
     MetaDatabaseEntry* entry = doomed.back();
     doomed.pop_back();
     if (entry->TypeCode() == kTypeDatabase) {
       Database& inner = *static_cast<Database*>(entry->Value());
-      for (auto& [key, child] : inner.entries_) doomed.push_back(child);
-      inner.entries_.clear();
+      inner.entries_.ForEach([&](uint32_t, MetaDatabaseEntry* child) { doomed.push_back(child); });
+      inner.entries_.Clear();
       inner.records_.clear();
     }
     MetaDatabaseEntry::Destroy(entry);
@@ -58,11 +57,10 @@ void Database::Clear() {
 
 void Database::Place(std::string_view name, MetaDatabaseEntry* entry) {
   uint32_t key = HashValue(name);
-  const auto old = entries_.find(key);
-  if (old != entries_.end()) MetaDatabaseEntry::Destroy(old->second);
+  if (const EntryTable::Slot* old = entries_.Find(key)) MetaDatabaseEntry::Destroy(old->entry);
   records_.push_back({std::string(name), entry});
   key = HashValue(name);
-  entries_[key] = entry;
+  entries_.Put(key, entry);
 }
 
 uint32_t Database::GetEntryType(std::string_view name) const {
@@ -71,10 +69,10 @@ uint32_t Database::GetEntryType(std::string_view name) const {
 }
 
 void Database::Remove(uint32_t key) {
-  const auto found = entries_.find(key);
-  if (found == entries_.end()) return;
-  MetaDatabaseEntry* entry = found->second;
-  entries_.erase(found);
+  const EntryTable::Slot* found = entries_.Find(key);
+  if (found == nullptr) return;
+  MetaDatabaseEntry* entry = found->entry;
+  entries_.Erase(key);
   // By name, not by entry: after a replacement an older record of the same name points at a
   // destroyed entry whose address the pool may since have handed to another entry.
   const auto record = std::find_if(records_.begin(), records_.end(),
@@ -84,7 +82,7 @@ void Database::Remove(uint32_t key) {
 }
 
 void Database::Print(int depth) const {
-  for (const auto& [key, entry] : entries_) entry->Print(depth);
+  entries_.ForEach([depth](uint32_t, const MetaDatabaseEntry* entry) { entry->Print(depth); });
 }
 
 template <>

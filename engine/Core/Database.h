@@ -8,12 +8,12 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "Core/DataHandle.h"
 #include "Core/DatabaseEntry.h"
+#include "Core/EntryTable.h"
 #include "Core/KeyInterning.h"
 #include "Core/LookupDiagnostics.h"
 
@@ -44,13 +44,13 @@ class Database {
   // A handle to the entry under key, or a null handle when there is none or it holds another kind.
   template <class T>
   DataHandle<T> Find(uint32_t key) const {
-    MetaDatabaseEntry* entry = FindEntry(key);
-    if (entry == nullptr) return {};
-    if (entry->Kind() != KindOf<T>()) {
+    ++Counters().lookups;
+    const EntryTable::Slot* slot = entries_.Find(key);
+    if (slot == nullptr || slot->kind != KindOf<T>()) {
       gLastMissedLookup = {this, key};
       return {};
     }
-    return {static_cast<T*>(entry->Value()), entry};
+    return {static_cast<T*>(slot->value), slot->entry};
   }
   template <class T>
   DataHandle<T> Find(std::string_view name) const {
@@ -60,8 +60,8 @@ class Database {
   // The entry under key whatever it holds, or null.
   MetaDatabaseEntry* FindEntry(uint32_t key) const {
     ++Counters().lookups;
-    const auto found = entries_.find(key);
-    if (found != entries_.end()) return found->second;
+    const EntryTable::Slot* slot = entries_.Find(key);
+    if (slot != nullptr) return slot->entry;
     gLastMissedLookup = {this, key};
     return nullptr;
   }
@@ -73,7 +73,7 @@ class Database {
   void Print(int depth) const;
 
   const std::vector<Record>& Records() const { return records_; }
-  size_t EntryCount() const { return entries_.size(); }
+  size_t EntryCount() const { return entries_.Size(); }
 
   const std::string& Name() const { return sName_; }
   void SetName(std::string name) { sName_ = std::move(name); }
@@ -91,7 +91,7 @@ class Database {
   void Clear();
 
   std::vector<Record> records_;
-  std::unordered_map<uint32_t, MetaDatabaseEntry*> entries_;
+  EntryTable entries_;  // owns the entries
   std::string sName_;
   void* pOwner_ = nullptr;
   std::string sPath_;
@@ -103,6 +103,11 @@ void DatabaseEntry<Database>::Print(int depth) const;
 template <class T>
 void DataHandle<T>::TrackEntry() {
   if (pEntry_ != nullptr) pEntry_->AddHandleSlot(reinterpret_cast<void**>(&pData_));
+}
+
+template <class T>
+void DataHandle<T>::UntrackEntry() {
+  if (pData_ != nullptr) pEntry_->RemoveHandleSlot(reinterpret_cast<void**>(&pData_));
 }
 
 }  // namespace grindle

@@ -32,9 +32,6 @@ KeyInterner& ProcessKeys() {
   return keys;
 }
 
-DatabaseCounters& Counters() {
-  static DatabaseCounters counters;
-  return counters;
-}
+DatabaseCounters gDatabaseCounters;
 
 }  // namespace grindle

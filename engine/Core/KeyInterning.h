@@ -41,7 +41,9 @@ struct DatabaseCounters {
 };
 
 KeyInterner& ProcessKeys();
-DatabaseCounters& Counters();
+// Every lookup counts, so the counters are one global, reached without a call.
+extern DatabaseCounters gDatabaseCounters;
+inline DatabaseCounters& Counters() { return gDatabaseCounters; }
 
 // Interns through the process-wide table, counting the call.
 inline uint32_t HashValue(std::string_view name) {

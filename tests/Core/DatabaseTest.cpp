@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
@@ -113,6 +116,49 @@ TEST(Database, CopiesAreDeepAndIndependent) {
   EXPECT_EQ(*source.Find<Database>("Child")->Find<double>("X"), 1.0);
   EXPECT_EQ(*source.Find<std::string>("Name"), "original");
   EXPECT_EQ(*copy.Find<Database>("Child")->Find<double>("X"), 9.0);
+}
+
+// Long runs of adds, replacements and removals over names whose keys crowd the last slots of a
+// 64-slot table (so probes wrap, the table grows and removals must close gaps) must keep every name
+// findable with its latest value and kind, and a copy must hold exactly the same.
+TEST(Database, ChurnAgreesWithAReferenceMapAndCopiesAgreeToo) {
+  std::vector<std::string> names;
+  for (int i = 0; names.size() < 40; ++i) {
+    const std::string name = "Churn" + std::to_string(i);
+    if (HashValue(name) % 64 >= 60) names.push_back(name);
+  }
+  Database db;
+  std::map<std::string, double> expected;
+  std::mt19937 random(11);
+  const auto agrees = [&](const Database& d) {
+    for (const std::string& name : names) {
+      const auto found = expected.find(name);
+      const DataHandle<double> value = d.Find<double>(name);
+      if (found == expected.end() ? value.IsValid() : !value || *value != found->second) {
+        return testing::AssertionFailure() << name;
+      }
+    }
+    if (d.EntryCount() != expected.size()) return testing::AssertionFailure() << "count";
+    return testing::AssertionSuccess();
+  };
+  for (int step = 0; step < 20000; ++step) {
+    const std::string& name = names[random() % names.size()];
+    if (random() % 3 == 0) {
+      db.Remove(name);
+      expected.erase(name);
+    } else {
+      db.Add<double>(name, step);
+      expected[name] = step;
+    }
+    ASSERT_TRUE(agrees(db)) << step;
+  }
+  db.Add<int>(names[0], 3);  // another kind under a name: only that kind is found
+  expected.erase(names[0]);
+  EXPECT_FALSE(db.Find<double>(names[0]));
+  EXPECT_EQ(*db.Find<int>(names[0]), 3);
+  Database copy(db);
+  copy.Remove(names[0]);
+  EXPECT_TRUE(agrees(copy));
 }
 
 TEST(Database, LookupAndInterningAreCounted) {
