@@ -13,102 +13,90 @@
 namespace grindle {
 namespace {
 
-constexpr size_t kGrain = 16;
+// Small blocks come in classes: 16-byte steps up to 1 KB (which keeps every block 16-byte aligned,
+// as Lua's values are), 128-byte steps up to 4 KB. Larger blocks (few per state) come from malloc.
+struct ClassRange {
+  size_t limit;  // largest size of the range
+  size_t step;
+};
+constexpr ClassRange kRanges[] = {{1024, 16}, {4096, 128}};
 constexpr size_t kSmallLimit = 4096;
-constexpr size_t kClassCount = kSmallLimit / kGrain;
-constexpr size_t kChunkSize = 8 * 1024;
-constexpr size_t kChunksPerSlab = 128;
+constexpr size_t CountClasses() {
+  size_t count = 0;
+  size_t base = 0;
+  for (const ClassRange& range : kRanges) {
+    count += (range.limit - base) / range.step;
+    base = range.limit;
+  }
+  return count;
+}
+constexpr size_t kClassCount = CountClasses();
+constexpr size_t kSlabSize = 1024 * 1024;
+
+size_t ClassOf(size_t size) {
+  size_t first = 0;
+  size_t base = 0;
+  for (const ClassRange& range : kRanges) {
+    if (size <= range.limit) return first + (size - base + range.step - 1) / range.step - 1;
+    first += (range.limit - base) / range.step;
+    base = range.limit;
+  }
+  return kClassCount;  // not reached: callers pass small sizes only
+}
+
+size_t ClassSize(size_t index) {
+  size_t base = 0;
+  for (const ClassRange& range : kRanges) {
+    const size_t count = (range.limit - base) / range.step;
+    if (index < count) return base + (index + 1) * range.step;
+    index -= count;
+    base = range.limit;
+  }
+  return 0;
+}
 
 struct FreeBlock {
   FreeBlock* next;
 };
 
-// Every state's chunks come from a few large slabs, handed out in order and recycled as states
-// close: states made one after another lie one after another, with nothing of the engine's between
-// them, which is what keeps a sweep of "Update" calls over many states fast.
-class ChunkPool {
+// The memory of every script state. Fresh blocks are cut in order from a few large slabs that
+// hold nothing else, so states loaded one after another lie one after another, packed without
+// headers or per-state rounding: a sweep of "Update" calls over many states stays fast (it is
+// bound by memory, not by Lua) and a state costs what Lua uses. Freed blocks are kept by class and
+// handed out again before the slabs are cut further; the next state loaded reuses what the last
+// one's loading left behind, right next to it.
+class ScriptHeap {
  public:
-  ~ChunkPool() {
+  ~ScriptHeap() {
     for (char* slab : slabs_) std::free(slab);
   }
 
-  char* Take() {
-    if (FreeBlock* chunk = free_) {
-      free_ = chunk->next;
-      return reinterpret_cast<char*>(chunk);
-    }
-    if (nextInSlab_ == kChunksPerSlab) {
-      char* slab = static_cast<char*>(std::malloc(kChunkSize * kChunksPerSlab));
-      if (slab == nullptr) return nullptr;
-      slabs_.push_back(slab);
-      nextInSlab_ = 0;
-    }
-    return slabs_.back() + kChunkSize * nextInSlab_++;
-  }
-
-  void Give(char* chunk) { free_ = new (chunk) FreeBlock{free_}; }
-
- private:
-  std::vector<char*> slabs_;
-  size_t nextInSlab_ = kChunksPerSlab;
-  FreeBlock* free_ = nullptr;
-};
-
-ChunkPool& Chunks() {
-  static ChunkPool pool;
-  return pool;
-}
-
-class ScriptArena {
- public:
-  ~ScriptArena() {
-    for (char* chunk : chunks_) Chunks().Give(chunk);
-  }
-
   void* Take(size_t size) {
-    if (size > kSmallLimit) {
-      largeBytes_ += size;
-      return std::malloc(size);
-    }
+    if (size > kSmallLimit) return std::malloc(size);
     const size_t index = ClassOf(size);
     if (FreeBlock* block = freeLists_[index]) {
       freeLists_[index] = block->next;
+      listedBytes_ -= ClassSize(index);
       return block;
     }
-    const size_t rounded = (index + 1) * kGrain;
-    if (bumpLeft_ < rounded) {
-      // The tail of the old chunk is too small for this class; it is left unused.
-      char* chunk = Chunks().Take();
-      if (chunk == nullptr) return nullptr;
-      chunks_.push_back(chunk);
-      bump_ = chunk;
-      bumpLeft_ = kChunkSize;
-    }
-    void* block = bump_;
-    bump_ += rounded;
-    bumpLeft_ -= rounded;
-    return block;
+    return Cut(ClassSize(index));
   }
 
   void Give(void* block, size_t size) {
     if (size > kSmallLimit) {
-      largeBytes_ -= size;
       std::free(block);
       return;
     }
     const size_t index = ClassOf(size);
     freeLists_[index] = new (block) FreeBlock{freeLists_[index]};
+    listedBytes_ += ClassSize(index);
   }
 
   void* Resize(void* block, size_t oldSize, size_t newSize) {
     if (oldSize <= kSmallLimit && newSize <= kSmallLimit && ClassOf(oldSize) == ClassOf(newSize)) {
       return block;
     }
-    if (oldSize > kSmallLimit && newSize > kSmallLimit) {
-      void* moved = std::realloc(block, newSize);
-      if (moved != nullptr) largeBytes_ = largeBytes_ - oldSize + newSize;
-      return moved;
-    }
+    if (oldSize > kSmallLimit && newSize > kSmallLimit) return std::realloc(block, newSize);
     void* fresh = Take(newSize);
     if (fresh == nullptr) return nullptr;
     std::memcpy(fresh, block, std::min(oldSize, newSize));
@@ -116,27 +104,44 @@ class ScriptArena {
     return fresh;
   }
 
-  size_t Bytes() const { return chunks_.size() * kChunkSize + largeBytes_; }
+  size_t SpareBytes() const { return left_ + listedBytes_; }
 
  private:
-  static size_t ClassOf(size_t size) { return (size + kGrain - 1) / kGrain - 1; }
+  void* Cut(size_t size) {
+    if (left_ < size) {
+      // The old slab's tail is too small for this class; it is left unused.
+      char* slab = static_cast<char*>(std::malloc(kSlabSize));
+      if (slab == nullptr) return nullptr;
+      slabs_.push_back(slab);
+      next_ = slab;
+      left_ = kSlabSize;
+    }
+    void* block = next_;
+    next_ += size;
+    left_ -= size;
+    return block;
+  }
 
+  std::vector<char*> slabs_;
+  char* next_ = nullptr;
+  size_t left_ = 0;
   FreeBlock* freeLists_[kClassCount] = {};
-  std::vector<char*> chunks_;
-  char* bump_ = nullptr;
-  size_t bumpLeft_ = 0;
-  size_t largeBytes_ = 0;
+  size_t listedBytes_ = 0;
 };
 
+ScriptHeap& Heap() {
+  static ScriptHeap heap;
+  return heap;
+}
+
 // Lua's allocation function: with a block, `oldSize` is its size; without one it is a type hint.
-void* Allocate(void* arena, void* block, size_t oldSize, size_t newSize) {
-  auto* own = static_cast<ScriptArena*>(arena);
+void* Allocate(void*, void* block, size_t oldSize, size_t newSize) {
   if (newSize == 0) {
-    if (block != nullptr) own->Give(block, oldSize);
+    if (block != nullptr) Heap().Give(block, oldSize);
     return nullptr;
   }
-  if (block == nullptr) return own->Take(newSize);
-  return own->Resize(block, oldSize, newSize);
+  if (block == nullptr) return Heap().Take(newSize);
+  return Heap().Resize(block, oldSize, newSize);
 }
 
 int Panic(lua_State* state) {
@@ -146,28 +151,17 @@ int Panic(lua_State* state) {
   return 0;
 }
 
-ScriptArena* ArenaOf(lua_State* state) {
-  void* arena = nullptr;
-  lua_getallocf(state, &arena);
-  return static_cast<ScriptArena*>(arena);
-}
-
 }  // namespace
 
 lua_State* NewScriptState() {
-  auto* arena = new ScriptArena;
-  lua_State* state = lua_newstate(Allocate, arena);
+  lua_State* state = lua_newstate(Allocate, nullptr);
   GRINDLE_ASSERT(state == nullptr, "Out of memory for a new Lua state");
   lua_atpanic(state, Panic);
   return state;
 }
 
-void CloseScriptState(lua_State* state) {
-  ScriptArena* arena = ArenaOf(state);
-  lua_close(state);
-  delete arena;
-}
+size_t SpareScriptBytes() { return Heap().SpareBytes(); }
 
-size_t ScriptStateBytes(lua_State* state) { return ArenaOf(state)->Bytes(); }
+void CloseScriptState(lua_State* state) { lua_close(state); }
 
 }  // namespace grindle

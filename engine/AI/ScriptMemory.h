@@ -1,7 +1,6 @@
-// Where a script state's memory comes from. Each state allocates from an arena of its own: small
-// blocks are cut from chunks that belong to that state alone and are recycled by size within it,
-// so a state's hot objects stay together however the engine and other states allocate between
-// them (calling "Update" in many states is bound by memory, not by Lua). Main thread only; a state
+// Where script states' memory comes from: one heap for all of them, cut in order from slabs that
+// hold only script states, without per-block headers, its freed blocks recycled by size. States
+// loaded together lie together, and a state costs what Lua itself uses. Main thread only; a state
 // made here must be closed here.
 #pragma once
 
@@ -11,11 +10,12 @@ struct lua_State;
 
 namespace grindle {
 
-// A fresh state with its own arena; an unprotected Lua error in it stops the program.
+// A fresh state on the script heap; an unprotected Lua error in it stops the program.
 lua_State* NewScriptState();
-// Closes the state, then gives its arena back.
+// Closes the state; its blocks go back to the heap for the states made after it.
 void CloseScriptState(lua_State* state);
-// Bytes the state holds from the system: its chunks and its large blocks.
-size_t ScriptStateBytes(lua_State* state);
+// Bytes taken from the system for states and not in use by any: closed states' blocks and the
+// uncut rest of the newest slab. What the next states will use before the process grows.
+size_t SpareScriptBytes();
 
 }  // namespace grindle
