@@ -42,6 +42,31 @@ TEST_F(PhysicsTest, VelocityAndRotationRequestsReachTheBody) {
   EXPECT_NEAR(Field("Potato", "RotationY"), 0.0, 1e-6);
 }
 
+// An object leads to its body while its back-pointer stands: a copy of it (same name, the entry
+// copied along) does too; once the entry or the Body group is gone, neither the object nor a
+// request naming it reaches the body any more.
+TEST_F(PhysicsTest, AnObjectReachesItsBodyOnlyWhileItsBackPointerStands) {
+  Database& crate = AddBody("Crate", {});
+  BodyRecord* record = Record("Crate");
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(Sim().RecordOf(crate), record);
+  Database& copy = *Objects("Castle").Add<Database>("Crate", crate);
+  EXPECT_EQ(Sim().RecordOf(copy), record);
+  EXPECT_EQ(Sim().RecordOf(*Objects("Castle").Add<Database>("Barrel", crate)), nullptr);
+
+  crate.Find<Database>("Body")->Remove("BodyGetBack");
+  EXPECT_EQ(Sim().RecordOf(crate), nullptr);
+  EXPECT_EQ(Sim().RecordOf(copy), record);
+  messages_.SendArgs("msgSetBodyVelocity", Handle("Crate"), 4.0, 0.0, 0.0);
+  messages_.Deliver(MessageHandler::kDeliverAll);
+  EXPECT_FLOAT_EQ(record->Rigid()->getLinearVelocity().x(), 0.0f);
+
+  crate.Find<Database>("Body")->Add<BodyRecord*>("BodyGetBack", record);
+  EXPECT_EQ(Sim().RecordOf(crate), record);
+  crate.Add<Database>("Body");
+  EXPECT_EQ(Sim().RecordOf(crate), nullptr);
+}
+
 TEST_F(PhysicsTest, RequestsForObjectsWithoutBodiesOrWithBadArgumentsAreIgnored) {
   AddBody("Crate", {});
   Objects().Add<Database>("Tree")->Add<Database>("Transform");

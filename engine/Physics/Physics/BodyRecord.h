@@ -16,12 +16,21 @@
 namespace grindle {
 
 struct BodyRecord {
+  BodyRecord() = default;
+  ~BodyRecord() { dhBack_.UntrackEntry(); }
+  BodyRecord(const BodyRecord&) = delete;
+  BodyRecord& operator=(const BodyRecord&) = delete;
+
   std::string sName_;
   uint32_t uLevelKey_ = 0;
   uint32_t uObjectKey_ = 0;
   btVector3 vOffset_{0, 0, 0};
   bool isStatic_ = false;
   TransformBinding binding_;  // unbound for static bodies, which are never synchronised
+  // The object the body was added for and its "BodyGetBack" entry, tracked: while the handle is
+  // set, that object still exists and still points at this record.
+  const Database* pObjectDb_ = nullptr;
+  DataHandle<BodyRecord*> dhBack_;
 
   // Declared before the object so that the object, which points at them, goes first.
   std::unique_ptr<btBoxShape> pBox_;

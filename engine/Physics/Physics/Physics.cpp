@@ -46,7 +46,10 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
   if (same != records_.end()) RemoveBody(same->get(), false);
 
   BodyRecord* added = record.get();
-  FindDatabase(object, KeyOf(WellKnown::Body))->Add<BodyRecord*>("BodyGetBack", added);
+  added->pObjectDb_ = &object;
+  Database& bodyGroup = *FindDatabase(object, KeyOf(WellKnown::Body));
+  added->dhBack_ = bodyGroup.Add<BodyRecord*>("BodyGetBack", added);
+  added->dhBack_.TrackEntry();
   btDiscreteDynamicsWorld& world = pWorld_->Dynamics();
   if (btRigidBody* body = added->Rigid()) {
     world.addRigidBody(body);
@@ -64,6 +67,7 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
   }
   records_.push_back(std::move(record));
   live_.insert(added);
+  byObject_[&object] = added;
   return added;
 }
 
@@ -77,6 +81,10 @@ void Physics::RemoveBody(BodyRecord* record, bool reportEnds) {
   std::unique_ptr<BodyRecord> owned = std::move(*found);
   records_.erase(found);
   live_.erase(record);
+  if (const auto bound = byObject_.find(record->pObjectDb_);
+      bound != byObject_.end() && bound->second == record) {
+    byObject_.erase(bound);
+  }
   if (Database* object = ObjectOf(*owned)) {
     if (Database* body = FindDatabase(*object, KeyOf(WellKnown::Body))) {
       body->Remove(KeyOf(WellKnown::BodyGetBack));
@@ -95,6 +103,12 @@ Database* Physics::ObjectOf(const BodyRecord& record) const {
 }
 
 BodyRecord* Physics::RecordOf(const Database& object) const {
+  // Velocity requests name their object every frame: the object the record was made for is found
+  // in one probe, without walking its "Body" group, as long as its back-pointer entry stands.
+  if (const auto bound = byObject_.find(&object); bound != byObject_.end()) {
+    BodyRecord* record = bound->second;
+    if (record->dhBack_ && record->sName_ == object.Name()) return record;
+  }
   const Database* body = FindDatabase(object, KeyOf(WellKnown::Body));
   if (body == nullptr) return nullptr;
   const DataHandle<BodyRecord*> back = body->Find<BodyRecord*>(KeyOf(WellKnown::BodyGetBack));

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -66,6 +67,8 @@ class Physics {
   std::vector<std::unique_ptr<BodyRecord>> records_;
   // The same records, for telling a live "BodyGetBack" from a stale one without a scan.
   std::unordered_set<const BodyRecord*> live_;
+  // Each object a body was added for, to its record (the latest when announced twice).
+  std::unordered_map<const Database*, BodyRecord*> byObject_;
   ContactTracker contacts_;
   std::vector<ContactEvent> events_;
 };
