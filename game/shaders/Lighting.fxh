@@ -84,17 +84,24 @@ void SpotTerms(SpotLight light, vec3 position, vec3 normal, vec3 toEye, inout ve
   }
 }
 
-// 1 where lit, 0 in shadow, softened over 3 x 3 texels; 1 outside the map.
+// 1 where lit, 0 in shadow; 1 outside the map. Percentage-closer filtering over 3 x 3 taps, each
+// tap comparing the four texels around it and weighing them by distance, so a shadow's edge fades
+// over a few texels instead of stepping from texel to texel.
 float ShadowFactor(sampler2D map, mat4 lightViewProj, vec3 positionW) {
   vec4 p = lightViewProj * vec4(positionW, 1.0);
   p.xyz /= p.w;
   vec2 uv = vec2(0.5 + 0.5 * p.x, 0.5 - 0.5 * p.y);
   if (uv.x < 0.0 || uv.x > 1.0 || uv.y < 0.0 || uv.y > 1.0 || p.z > 1.0 || p.w <= 0.0) return 1.0;
-  vec2 texel = 1.0 / vec2(textureSize(map, 0));
+  vec2 size = vec2(textureSize(map, 0));
+  vec2 texel = 1.0 / size;
+  vec2 weight = fract(uv * size - 0.5);
   float lit = 0.0;
   for (int y = -1; y <= 1; ++y) {
     for (int x = -1; x <= 1; ++x) {
-      lit += (p.z - 0.0015 <= texture(map, uv + vec2(x, y) * texel).r) ? 1.0 : 0.0;
+      // Gathered in the order (0,1) (1,1) (1,0) (0,0) of the 2 x 2 texels around the tap.
+      vec4 depths = textureGather(map, uv + vec2(x, y) * texel, 0);
+      vec4 passes = step(vec4(p.z - 0.0015), depths);
+      lit += mix(mix(passes.w, passes.z, weight.x), mix(passes.x, passes.y, weight.x), weight.y);
     }
   }
   return lit / 9.0;

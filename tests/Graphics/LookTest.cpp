@@ -53,6 +53,44 @@ TEST_F(LookTest, GlowingObjectsKeepTheirHue) {
   }
 }
 
+// Only lights that are asked to cast shadows do: by default the first directional light alone; a
+// level light's `CastsShadow` turns its slot's shadow on or off. A pixel counts as shadowed where
+// it is clearly darker than in the scene where no light casts.
+TEST_F(LookTest, OnlyLightsThatCastShadowsDarkenTheFloor) {
+  const auto render = [this](const char* name, std::initializer_list<double> casts) {
+    Database& level = AddLevel(name);
+    AddCamera(level, {0, 12, -10}, {0, -1, 0.8f});
+    AddMeshObject(level, "Floor", "Grid.mesh", {0, 0, 0}, {40, 1, 40}, {0.3f, 0.3f, 0.3f, 1});
+    AddMeshObject(level, "Box", "Box.mesh", {0, 3, 0}, {2, 2, 2}, {0.2f, 0.4f, 0.9f, 1});
+    int index = 0;
+    for (const double cast : casts) {
+      Database& light = *level.Find<Database>("GameObjects")
+                             ->Add<Database>("Light" + std::to_string(index++))
+                             ->Add<Database>("Light");
+      light.Add<std::string>("type", "Directional");
+      light.Add<double>("CastsShadow", cast);
+    }
+    const Image image = RenderLevel(name);
+    root_.Find<Database>("Levels")->Remove(name);
+    return image;
+  };
+  const Image none = render("None", {0.0});
+  const auto shadowed = [&none](const Image& image) {
+    int count = 0;
+    for (int y = 0; y < kHeight; ++y) {
+      for (int x = 0; x < kWidth; ++x) {
+        const glm::vec4 d = none.At(x, y) - image.At(x, y);
+        if (d.r + d.g + d.b > 0.1f) ++count;
+      }
+    }
+    return count;
+  };
+  const int byDefault = shadowed(render("Default", {}));
+  const int two = shadowed(render("Two", {1.0, 1.0}));
+  EXPECT_GT(byDefault, 200);
+  EXPECT_GT(two, byDefault + 200);
+}
+
 // Mean absolute channel difference of two captures over a block.
 float MeanDifference(const Image& a, const Image& b, int x0, int y0, int x1, int y1) {
   float total = 0.0f;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Core/Database.h"
+#include "Core/KeyInterning.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
@@ -69,9 +70,15 @@ void LightManager::ReadLight(const Database& object, const Database& light, int&
   const auto color = [&](WellKnown key, const glm::vec4& fallback) {
     return ReadFour(light, KeyOf(key)).value_or(fallback);
   };
+  static const uint32_t castsShadowKey = HashValue(kCastsShadowEntry);
+  const auto casts = [&](float fallback) {
+    return ReadDouble(light, castsShadowKey, fallback) != 0.0 ? 1.0f : 0.0f;
+  };
   if (!IsSpotLight(light)) {
     if (nextDirectional >= kDirectionalLightCount) return;
-    DirectionalLight& target = lights_.directional[static_cast<size_t>(nextDirectional++)];
+    const auto slot = static_cast<size_t>(nextDirectional++);
+    lights_.directionalCasts[slot] = casts(lights_.directionalCasts[slot]);
+    DirectionalLight& target = lights_.directional[slot];
     target.ambient = color(WellKnown::Ambient, target.ambient);
     target.diffuse = color(WellKnown::Diffuse, target.diffuse);
     target.specular = color(WellKnown::Specular, target.specular);
@@ -79,7 +86,9 @@ void LightManager::ReadLight(const Database& object, const Database& light, int&
     return;
   }
   if (nextSpot >= kSpotLightCount) return;
-  SpotLight& target = lights_.spot[static_cast<size_t>(nextSpot++)];
+  const auto slot = static_cast<size_t>(nextSpot++);
+  lights_.spotCasts[slot] = casts(lights_.spotCasts[slot]);
+  SpotLight& target = lights_.spot[slot];
   target.ambient = color(WellKnown::Ambient, target.ambient);
   target.diffuse = color(WellKnown::Diffuse, target.diffuse);
   target.specular = color(WellKnown::Specular, target.specular);
@@ -152,18 +161,19 @@ void LightManager::RenderShadowMaps(MeshPass* meshes, ModelManager* models) {
     if (models != nullptr) models->DrawShadowCasters(viewProj);
     map.End();
   };
-  for (int i = 0; i < kDirectionalLightCount; ++i) {
-    render(directionalMaps_[static_cast<size_t>(i)], directionalViewProj_[static_cast<size_t>(i)]);
+  // A light that casts no shadow costs no shadow map.
+  for (size_t i = 0; i < kDirectionalLightCount; ++i) {
+    if (lights_.directionalCasts[i] != 0.0f) render(directionalMaps_[i], directionalViewProj_[i]);
   }
-  for (int i = 0; i < kSpotLightCount; ++i) {
-    render(spotMaps_[static_cast<size_t>(i)], spotViewProj_[static_cast<size_t>(i)]);
+  for (size_t i = 0; i < kSpotLightCount; ++i) {
+    if (lights_.spotCasts[i] != 0.0f) render(spotMaps_[i], spotViewProj_[i]);
   }
   ResetRenderStates();
 }
 
 void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
-  const std::array<float, kDirectionalLightCount> directionalCasts = {1.0f, 1.0f, 1.0f};
-  const std::array<float, kSpotLightCount> spotCasts = {1.0f, 1.0f};
+  const auto& directionalCasts = lights_.directionalCasts;
+  const auto& spotCasts = lights_.spotCasts;
   const auto upload = [&](auto* effect, auto var) {
     using Var = decltype(var);
     if (effect == nullptr) return;

@@ -32,6 +32,9 @@ inline constexpr int kDirectionalShadowSize = 1024;
 inline constexpr int kSpotShadowSize = 512;
 // An object holding an entry of this name (any kind) asks for the sky dome in its level.
 inline constexpr std::string_view kSkyEntry = "Sky";
+// A `Light` entry (number, 1 or 0) saying whether the light casts shadows; without it the light
+// keeps its slot's default (only the first directional light casts).
+inline constexpr std::string_view kCastsShadowEntry = "CastsShadow";
 
 class LightManager {
  public:

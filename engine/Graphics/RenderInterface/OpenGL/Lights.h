@@ -39,6 +39,10 @@ inline constexpr int kSpotLightCount = 2;
 struct LightSet {
   std::array<DirectionalLight, kDirectionalLightCount> directional;
   std::array<SpotLight, kSpotLightCount> spot;
+  // 1 where the light casts shadows (the shaders' per-light flags). By default only the first
+  // directional light does: five casting lights would give every object five shadows.
+  std::array<float, kDirectionalLightCount> directionalCasts{1.0f, 0.0f, 0.0f};
+  std::array<float, kSpotLightCount> spotCasts{0.0f, 0.0f};
 };
 
 inline LightSet DefaultLights() {
