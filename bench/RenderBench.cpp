@@ -9,6 +9,7 @@
 #include <epoxy/gl.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <glm/mat4x4.hpp>
@@ -25,6 +26,7 @@
 #include "Graphics/GraphicsLibraryInterface.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+#include "Graphics/RenderInterface/OpenGL/Particles/ParticleManager.h"
 
 namespace grindle {
 namespace {
@@ -158,7 +160,8 @@ Database& ModelLevel(RendererRun& run, const std::string& name, int count, bool 
     transform.Add<Vector4>("Scale", {0.8f, 0.8f, 0.8f, 0});
     Database& material = *object.Add<Database>("Material");
     material.Add<glm::vec4>("Ambient", glm::vec4(0.4f));
-    material.Add<glm::vec4>("Diffuse", glm::vec4(0.2f + 0.2f * static_cast<float>(i % 4), 0.5f, 0.6f, 1));
+    material.Add<glm::vec4>("Diffuse",
+                            glm::vec4(0.2f + 0.2f * static_cast<float>(i % 4), 0.5f, 0.6f, 1));
     material.Add<glm::vec4>("Specular", glm::vec4(0.2f, 0.2f, 0.2f, 16.0f));
     if (skinned) {
       Database& model = *object.Add<Database>("ModelSkinned");
@@ -178,7 +181,10 @@ void BM_SkinnedCharactersFrame1280x720(benchmark::State& state) {
   ModelLevel(run, "Characters", static_cast<int>(state.range(0)), true);
   RunFrames(state, run);
 }
-BENCHMARK(BM_SkinnedCharactersFrame1280x720)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_SkinnedCharactersFrame1280x720)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 void BM_InstancedPropsFrame1280x720(benchmark::State& state) {
   RendererRun run(1280, 720);
@@ -186,7 +192,11 @@ void BM_InstancedPropsFrame1280x720(benchmark::State& state) {
   ModelLevel(run, "Props", static_cast<int>(state.range(0)), false);
   RunFrames(state, run);
 }
-BENCHMARK(BM_InstancedPropsFrame1280x720)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_InstancedPropsFrame1280x720)
+    ->Arg(1000)
+    ->Arg(5000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 // What the model manager costs the CPU each frame before any draw: posing every skinned model and
 // writing its `TimeMarker` and `FinalTransformations`, reading every transform and building the
@@ -194,12 +204,88 @@ BENCHMARK(BM_InstancedPropsFrame1280x720)->Arg(1000)->Arg(5000)->Unit(benchmark:
 void BM_ModelManagerCpu(benchmark::State& state, bool skinned) {
   RendererRun run(320, 180);
   if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
-  ModelLevel(run, skinned ? "CpuCharacters" : "CpuProps", static_cast<int>(state.range(0)), skinned);
+  ModelLevel(run, skinned ? "CpuCharacters" : "CpuProps", static_cast<int>(state.range(0)),
+             skinned);
   gfx::ModelManager& models = *gfx::CurrentRenderer()->Models();
   for (auto _ : state) models.AdvanceAnimation(glm::mat4(1.0f), 1.0f / 60.0f);
 }
-BENCHMARK_CAPTURE(BM_ModelManagerCpu, SkinnedCharacters, true)->Arg(100)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_ModelManagerCpu, StaticProps, false)->Arg(1000)->Arg(5000)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_ModelManagerCpu, SkinnedCharacters, true)
+    ->Arg(100)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_ModelManagerCpu, StaticProps, false)
+    ->Arg(1000)
+    ->Arg(5000)
+    ->Unit(benchmark::kMicrosecond);
+
+// `count` particle systems in a row in front of the camera, cycling through the continuous kinds
+// and the large explosion (which the loop restarts every second, so it is always bursting).
+void ParticleLevel(RendererRun& run, int count) {
+  Database& level = *run.Root().Find<Database>("Levels")->Add<Database>("Particles");
+  level.Add<Database>("ComponentLists")->Add<Database>("Meshes");
+  Database& objects = *level.Add<Database>("GameObjects");
+  Database& camera = *objects.Add<Database>("MainCamera")->Add<Database>("Camera");
+  const double eye[6] = {0, 6, -25, 0, -0.2, 1};
+  const char* names[] = {"PositionX", "PositionY", "PositionZ", "viewX", "viewY", "viewZ"};
+  for (int i = 0; i < 6; ++i) camera.Add<double>(names[i], eye[i]);
+  const char* kinds[] = {"Fire", "Dust", "Blink", "Explosion"};
+  for (int i = 0; i < count; ++i) {
+    Database& object = *objects.Add<Database>("Emitter" + std::to_string(i));
+    Database& transform = *object.Add<Database>("Transform");
+    transform.Add<double>("PositionX", (i % 10) * 3.0 - 13.5);
+    transform.Add<double>("PositionY", 0.0);
+    transform.Add<double>("PositionZ", (i / 10) * 6.0);
+    object.Add<Database>("ParticleSystem")->Add<std::string>("Type", kinds[i % 4]);
+  }
+  run.StartLevel("Particles");
+}
+
+void RestartExplosions(int frame, int count) {
+  if (frame % 60 != 0) return;
+  for (int i = 3; i < count; i += 4)
+    gfx::CurrentRenderer()->Particles().Restart("Emitter" + std::to_string(i));
+}
+
+// Whole frames with the particle systems, finished on the GPU.
+void BM_ParticleSystemsFrame1280x720(benchmark::State& state) {
+  RendererRun run(1280, 720);
+  if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
+  const int count = static_cast<int>(state.range(0));
+  ParticleLevel(run, count);
+  int frame = 0;
+  for (int i = 0; i < 60; ++i) run.Frame();  // continuous kinds reach their steady state
+  for (auto _ : state) {
+    RestartExplosions(++frame, count);
+    run.Frame();
+  }
+  state.counters["fps"] =
+      benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_ParticleSystemsFrame1280x720)
+    ->Arg(0)
+    ->Arg(20)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+// What the particle manager's Draw costs the CPU (placing, uniforms, two passes and two draws per
+// system), timed without the GPU work it queues, which is finished outside the timing.
+void BM_ParticleManagerCpu(benchmark::State& state) {
+  RendererRun run(320, 180);
+  if (!run.IsReady()) return state.SkipWithError("no OpenGL 4.5 window");
+  const int count = static_cast<int>(state.range(0));
+  ParticleLevel(run, count);
+  for (int i = 0; i < 60; ++i) run.Frame();
+  gfx::ParticleManager& particles = gfx::CurrentRenderer()->Particles();
+  int frame = 0;
+  for (auto _ : state) {
+    RestartExplosions(++frame, count);
+    const auto start = std::chrono::steady_clock::now();
+    particles.Draw(glm::mat4(1.0f), 1.0f / 60.0f);
+    const auto end = std::chrono::steady_clock::now();
+    glFinish();
+    state.SetIterationTime(std::chrono::duration<double>(end - start).count());
+  }
+}
+BENCHMARK(BM_ParticleManagerCpu)->Arg(20)->Unit(benchmark::kMicrosecond)->UseManualTime();
 
 }  // namespace
 }  // namespace grindle
