@@ -47,7 +47,7 @@ TEST_F(AISystemTest, StartsWithItsLinesAndDateCountsFramesAndTimersAndStopsListe
   EXPECT_GT(world_.Global("Countdown3"), -1.0 / 60.0);
   EXPECT_EQ(world_.Global("Count"), 6.0);
 
-  EXPECT_EQ(world_.Stop(world_.ai_), "ExitAI\nUnloadAI\n");
+  EXPECT_EQ(StopSystem(world_.ai_), "ExitAI\nUnloadAI\n");
   EXPECT_EQ(handler_.ListenerCount("Keyboard"), 0u);
 }
 

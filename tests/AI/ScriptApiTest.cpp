@@ -100,7 +100,7 @@ end
 TEST_F(ScriptApiTest, RayCastsReachThePhysicsWorld) {
   root_.Add<bool>("isGamePaused", false);
   PhysicsInterface physics;
-  world_.Start(physics);
+  StartSystem(physics, root_);
   world_.WriteScript("Eye.lua", world_.kEmptyEntries + std::string(R"(
 function Start()
   SetData("GlobalVariables.down", RayCast(0, 20, 0, 0, -1, 0))
@@ -116,7 +116,7 @@ end)"));
   handler_.SendArgs("msgLoadLevel", "Arena");
   EXPECT_EQ(CaptureStdout([&] { world_.AnnounceLevel("Arena"); }), "Floor\t-1\n");
   EXPECT_NEAR(world_.Global("down"), 9.5, 0.06);
-  world_.Stop(physics);
+  StopSystem(physics);
 }
 
 // A velocity for an unknown object is dropped; the other requests go out with a null handle. The

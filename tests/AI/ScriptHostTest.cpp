@@ -140,7 +140,7 @@ TEST_F(ScriptHostTest, RewrittenFileReloadsEveryComponentThatUsesItOncePerNotice
     EXPECT_EQ(world_.Global("Ends" + object), notices) << object;
   }
   EXPECT_EQ(world_.Global("StartsBystander"), 1.0);
-  world_.Stop(world_.ai_);  // withdraws the script resources while the manager still exists
+  StopSystem(world_.ai_);  // withdraws the script resources while the manager still exists
 }
 
 TEST_F(ScriptHostTest, AComponentWithoutFileNameIsReportedAndTheGameGoesOn) {

@@ -13,10 +13,9 @@
 #include "AI/AILibraryInterface.h"
 #include "AI/Script.h"
 #include "Core/Database.h"
-#include "Core/MemoryManager.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
-#include "TestOutput.h"
+#include "SystemRig.h"
 
 namespace grindle::test {
 
@@ -28,34 +27,18 @@ class ScriptWorld {
     directory_ = mkdtemp(pattern);
     std::filesystem::create_directories(directory_ / "Scripts");
     std::filesystem::current_path(directory_);
-    (Db("Systems") ? Db("Systems") : root_.Add<Database>("Systems"))
-        ->Add<MessageHandler*>("MessageHandler", &handler_);
+    PublishHandler(root_, handler_);
     root_.Add<Database>("Levels");
     root_.Add<std::string>("CurrentLevel", "");
     root_.Add<std::string>("NextLevel", "");
-    startOutput = Start(ai_);
+    startOutput = StartSystem(ai_, root_);
   }
   ~ScriptWorld() {
-    Stop(ai_);
+    StopSystem(ai_);
     std::filesystem::current_path(previousDirectory_);
     std::filesystem::remove_all(directory_);
   }
 
-  // synchronize, Load and Start of a system over the world's root; returns what they printed.
-  std::string Start(ISystem& system) {
-    void* args[kSynchronizeArgCount] = {&root_, &CurrentMemoryRegistry(), nullptr, nullptr};
-    return CaptureStdout([&] {
-      system.synchronize(args, kSynchronizeArgCount);
-      system.Load();
-      system.Start();
-    });
-  }
-  std::string Stop(ISystem& system) {
-    return CaptureStdout([&] {
-      system.Exit();
-      system.Unload();
-    });
-  }
   // Every script the engine runs needs "Start", "Update" and "End"; a test script that is about
   // something else starts with these empty ones and redefines what it needs.
   static constexpr const char* kEmptyEntries =

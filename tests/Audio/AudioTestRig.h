@@ -22,9 +22,9 @@
 #include "Audio/AudioLibraryInterface.h"
 #include "Audio/AudioSys.h"
 #include "Core/Database.h"
-#include "Core/MemoryManager.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
+#include "SystemRig.h"
 
 namespace grindle::test {
 
@@ -105,11 +105,11 @@ class AudioRig {
     static int made = 0;
     if (root_.empty()) root_ = (Folder() / ("assets" + std::to_string(++made))).string();
     InternWellKnownKeys();
-    root.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &messages);
+    PublishHandler(root, messages);
     audio_ = std::make_unique<AudioInterface>(root_);
   }
   ~AudioRig() {
-    if (audio_) audio_->Exit(), audio_->Unload();
+    if (audio_) BringDown(*audio_);
   }
 
   // A mono 48 kHz file (Ogg Vorbis for ".ogg", else 16-bit WAV) at "Assets/Audio/<path>" of a
@@ -140,10 +140,7 @@ class AudioRig {
 
   // synchronize, Load and Start, then delivers what Start sent.
   void Start() {
-    void* args[kSynchronizeArgCount] = {&root, &CurrentMemoryRegistry(), nullptr, nullptr};
-    audio_->synchronize(args, kSynchronizeArgCount);
-    audio_->Load();
-    audio_->Start();
+    BringUp(*audio_, root);
     messages.Deliver(MessageHandler::kDeliverAll);
   }
   template <class... T>
@@ -166,8 +163,7 @@ class AudioRig {
   // Exit, Unload and destruction close the device and complete the mix file, which is read back
   // (empty when the device never reached the wave backend).
   Mix Finish() {
-    audio_->Exit();
-    audio_->Unload();
+    BringDown(*audio_);
     audio_.reset();
     SF_INFO info{};
     SNDFILE* file = sf_open((Folder() / "mix.wav").c_str(), SFM_READ, &info);

@@ -4,7 +4,7 @@
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
 #include "Networking/NetworkingLibraryInterface.h"
-#include "TestOutput.h"
+#include "SystemRig.h"
 
 namespace grindle {
 namespace {
@@ -12,27 +12,22 @@ namespace {
 TEST(System, NetworkingPrintsItsFourLifeCycleLinesAndNothingPerFrame) {
   Database root;
   MessageHandler handler;
-  root.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &handler);
-  void* args[4] = {&root, &CurrentMemoryRegistry(), nullptr, nullptr};
+  test::PublishHandler(root, handler);
   NetworkingInterface networking;
   ISystem& system = networking;
-  const std::string out = CaptureStdout([&] {
-    system.synchronize(args, 4);
-    system.Load();
-    system.Start();
+  std::string out = test::StartSystem(system, root);
+  out += CaptureStdout([&] {
     for (int i = 0; i < 3; ++i) system.Update(0.016f);
-    system.Exit();
-    system.Unload();
   });
+  out += test::StopSystem(system);
   EXPECT_EQ(out, "LoadNetworking\nStartNetworking\nExitNetworking\nUnloadNetworking\n");
 }
 
 TEST(SystemDeathTest, SynchronizeWithThreeArgumentsStops) {
   auto synchronizeWithThree = [] {
     Database root;
-    void* args[3] = {&root, &CurrentMemoryRegistry(), nullptr};
     NetworkingInterface networking;
-    static_cast<ISystem&>(networking).synchronize(args, 3);
+    test::Synchronize(networking, root, 3);
   };
   EXPECT_DEATH(synchronizeWithThree(), "DETAILS: wrong arg count passed to synchronize");
 }

@@ -19,14 +19,13 @@
 
 #include "Core/Database.h"
 #include "Core/MathTypes.h"
-#include "Core/MemoryManager.h"
 #include "Core/MessageHandler.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/Graphics.h"
 #include "Graphics/GraphicsLibraryInterface.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Platform/LeakReports.h"
-#include "TestOutput.h"
+#include "SystemRig.h"
 
 namespace grindle::gfx {
 
@@ -69,18 +68,12 @@ class RendererFixture : public testing::Test {
     ASSERT_NE(sWindow_, nullptr) << SDL_GetError();
     sRoot_ = std::make_unique<Database>();
     sMessages_ = std::make_unique<MessageHandler>();
-    sRoot_->Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", sMessages_.get());
+    test::PublishHandler(*sRoot_, *sMessages_);
     sRoot_->Add<SDL_Window*>("MainWindowHandle", sWindow_);
     sRoot_->Add<double>("WindowWidth", kWidth);
     sRoot_->Add<double>("WindowHeight", kHeight);
     sGraphics_ = std::make_unique<GraphicsInterface>();
-    void* args[kSynchronizeArgCount] = {sRoot_.get(), &CurrentMemoryRegistry(), nullptr, nullptr};
-    ISystem& system = *sGraphics_;
-    CaptureStdout([&] {
-      system.synchronize(args, kSynchronizeArgCount);
-      system.Load();
-      system.Start();
-    });
+    test::StartSystem(*sGraphics_, *sRoot_);
     ASSERT_NE(CurrentRenderer(), nullptr);
     // Tests look at a window, not the desktop: leave full screen as a player would.
     sMessages_->Send("FullScreenMSG");
@@ -89,13 +82,7 @@ class RendererFixture : public testing::Test {
   }
 
   static void TearDownTestSuite() {
-    if (sGraphics_) {
-      ISystem& system = *sGraphics_;
-      CaptureStdout([&] {
-        system.Exit();
-        system.Unload();
-      });
-    }
+    if (sGraphics_) test::StopSystem(*sGraphics_);
     sGraphics_.reset();
     sMessages_.reset();
     sRoot_.reset();

@@ -2,9 +2,8 @@
 
 #include <cstring>
 
-#include "Core/MemoryManager.h"
 #include "Core/WellKnownKeys.h"
-#include "TestOutput.h"
+#include "SystemRig.h"
 
 namespace grindle::test {
 namespace {
@@ -23,25 +22,17 @@ Uint8* SdlKeyState() {
 void InputHarness::SetUp() {
   ASSERT_EQ(SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER), 0) << SDL_GetError();
   InternWellKnownKeys();
-  root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &handler_);
+  PublishHandler(root_, handler_);
   handler_.Listen("Keyboard", "Harness",
                   [this](MessageArgs a) { sent_.keyboard = *a.Get<Keyboard>(0); });
   handler_.Listen("Mouse", "Harness", [this](MessageArgs a) { sent_.mouse = *a.Get<Mouse>(0); });
   handler_.Listen("XboxController", "Harness",
                   [this](MessageArgs a) { sent_.hub = *a.Get<XboxControllerHub>(0); });
-  void* args[kSynchronizeArgCount] = {&root_, &CurrentMemoryRegistry(), nullptr, nullptr};
-  CaptureStdout([&] {
-    input_.synchronize(args, kSynchronizeArgCount);
-    input_.Load();
-    input_.Start();
-  });
+  StartSystem(input_, root_);
 }
 
 void InputHarness::TearDown() {
-  CaptureStdout([&] {
-    input_.Exit();
-    input_.Unload();
-  });
+  StopSystem(input_);
   std::memset(SdlKeyState(), 0, SDL_NUM_SCANCODES);
   SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
 }

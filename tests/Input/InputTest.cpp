@@ -4,10 +4,10 @@
 #include <tuple>
 #include <vector>
 
-#include "Core/MemoryManager.h"
 #include "Core/WellKnownKeys.h"
 #include "InputHarness.h"
 #include "Platform/GamePads.h"
+#include "SystemRig.h"
 #include "TestOutput.h"
 
 namespace grindle::test {
@@ -304,9 +304,8 @@ TEST(InputDeathTest, KeyCodesOutsideTheTableAndAWrongSynchronizeStop) {
                "DETAILS: virtual-key code must be 0..254");
   const auto synchronizeWithThree = [] {
     Database root;
-    void* args[3] = {&root, &CurrentMemoryRegistry(), nullptr};
     InputInterface input;
-    static_cast<ISystem&>(input).synchronize(args, 3);
+    Synchronize(input, root, 3);
   };
   EXPECT_DEATH(synchronizeWithThree(), "DETAILS: wrong arg count passed to synchronize");
 }

@@ -137,11 +137,7 @@ TEST_F(PhysicsTest, LifeCyclePrintsItsLinesAndPublishesTheRayCasterUntilUnload) 
   EXPECT_EQ(messages_.ListenerCount("msgSetBodyVelocity"), 1u);
 
   AddBody("Crate", {});
-  const std::string out = CaptureStdout([&] {
-    system_.Exit();
-    system_.Unload();
-  });
-  EXPECT_EQ(out, "ExitPhysics\nUnloadPhysics\n");
+  EXPECT_EQ(test::StopSystem(system_), "ExitPhysics\nUnloadPhysics\n");
   EXPECT_EQ(messages_.ListenerCount("msgSetBodyVelocity"), 0u);
   EXPECT_EQ(messages_.ListenerCount("msgLoadLevel"), 0u);
   EXPECT_FALSE(root_.Find<Database>("Systems")->FindEntry("RayCaster"));

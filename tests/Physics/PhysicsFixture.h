@@ -16,7 +16,7 @@
 #include "Core/WellKnownKeys.h"
 #include "Physics/Physics/Physics.h"
 #include "Physics/PhysicsLibraryInterface.h"
-#include "TestOutput.h"
+#include "SystemRig.h"
 
 inline void PrintTo(const btVector3& v, std::ostream* os) {
   *os << "(" << v.x() << ", " << v.y() << ", " << v.z() << ")";
@@ -58,7 +58,7 @@ class PhysicsTest : public testing::Test {
 
   PhysicsTest() {
     InternWellKnownKeys();
-    root_.Add<Database>("Systems")->Add<MessageHandler*>("MessageHandler", &messages_);
+    test::PublishHandler(root_, messages_);
     root_.Add<std::string>("CurrentLevel", kLevel);
     root_.Add<bool>("isGamePaused", false);
     root_.Add<Database>("Levels");
@@ -70,20 +70,10 @@ class PhysicsTest : public testing::Test {
   }
 
   void SetUp() override {
-    void* args[4] = {&root_, &CurrentMemoryRegistry(), nullptr, nullptr};
-    lifeCycle_ = CaptureStdout([&] {
-      system_.synchronize(args, 4);
-      system_.Load();
-      system_.Start();
-    });
+    lifeCycle_ = test::StartSystem(system_, root_);
   }
 
-  void TearDown() override {
-    CaptureStdout([&] {
-      system_.Exit();
-      system_.Unload();
-    });
-  }
+  void TearDown() override { test::StopSystem(system_); }
 
   Database& Objects(const std::string& level = kLevel) {
     Database& levels = *root_.Find<Database>("Levels");
