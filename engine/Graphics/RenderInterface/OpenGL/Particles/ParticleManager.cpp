@@ -6,6 +6,7 @@
 #include "Core/KeyInterning.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/Particles/ParticleTextures.h"
 #include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 
@@ -34,12 +35,7 @@ ParticleManager::ParticleManager(RenderDevice& device, Database& root)
 
 ParticleManager::~ParticleManager() = default;
 
-Database* ParticleManager::CurrentLevel() const {
-  const DataHandle<std::string> current = root_.Find<std::string>(KeyOf(WellKnown::CurrentLevel));
-  const DataHandle<Database> levels = root_.Find<Database>(KeyOf(WellKnown::Levels));
-  if (!current || !levels) return nullptr;
-  return levels->Find<Database>(*current).Get();
-}
+Database* ParticleManager::CurrentLevel() const { return FindCurrentLevel(root_).Get(); }
 
 void ParticleManager::AddObject(const Database& object, std::string_view objectName) {
   const DataHandle<Database> component = object.Find<Database>(KeyOf(WellKnown::ParticleSystem));
