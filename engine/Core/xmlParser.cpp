@@ -112,17 +112,24 @@ void XmlParser::ParseInto(Database& database) {
   // Besides the caller's own level, every frame left is an element the file never closed.
   if (frames.size() > 1) {
     const Frame& innermost = frames.back();
-    Warn(innermost.line,
-         "\"" + std::string(innermost.name) + "\" is not closed: the file ends inside it (" +
-             std::to_string(frames.size() - 1) + " open element(s)); it may be cut short");
+    std::string message = "\"";
+    message.append(innermost.name)
+        .append("\" is not closed: the file ends inside it (")
+        .append(std::to_string(frames.size() - 1))
+        .append(" open element(s)); it may be cut short");
+    Warn(innermost.line, message);
   }
 }
 
 void XmlParser::NoteDatabaseName(Frame& parent, std::string_view name, uint32_t line) {
   const auto [first, isNew] = parent.databaseLines.try_emplace(name, line);
   if (isNew) return;
-  Warn(line, "\"" + std::string(name) + "\" is defined twice in the same database (first at line " +
-                 std::to_string(first->second) + "); the second replaces the first");
+  std::string message = "\"";
+  message.append(name)
+      .append("\" is defined twice in the same database (first at line ")
+      .append(std::to_string(first->second))
+      .append("); the second replaces the first");
+  Warn(line, message);
   first->second = line;
 }
 

@@ -142,8 +142,12 @@ std::string Describe(const Database& db) {
     if (db.FindEntry(record.name) != record.entry) continue;  // replaced later
     const DataHandle<Database> child = db.Find<Database>(record.name);
     const DataHandle<int> value = db.Find<int>(record.name);
-    out +=
-        record.name + (child ? "{" + Describe(*child) + "}" : "=" + std::to_string(*value) + " ");
+    out += record.name;
+    if (child) {
+      out.append("{").append(Describe(*child)).append("}");
+    } else {
+      out.append("=").append(std::to_string(*value)).append(" ");
+    }
   }
   return out;
 }
