@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/FixedRandom.h"
 #include "Sprites.h"
 #include "ToolUsage.h"
 
@@ -20,17 +21,6 @@ struct Rgb {
   float r, g, b;
 };
 
-// Small deterministic generator: the same sequence on every machine.
-class Noise {
- public:
-  float Next() {
-    state_ = state_ * 1664525u + 1013904223u;
-    return static_cast<float>(state_ >> 8) / static_cast<float>(1u << 24);
-  }
-
- private:
-  uint32_t state_ = 12345u;
-};
 
 std::vector<unsigned char> Render(int size, const std::function<Rgb(int, int)>& pixel) {
   std::vector<unsigned char> data(static_cast<size_t>(size * size * 3));
@@ -67,7 +57,7 @@ int main(int argc, char** argv) {
   bool ok = true;
 
   // Asphalt: grey grain with a few darker speckles; the default texture.
-  Noise grain;
+  grindle::FixedRandom grain(12345u);
   ok &= Write(folder / "Asphalt.jpg", 256, Render(256, [&](int, int) {
                 const float n = grain.Next();
                 const float v = 0.32f + 0.12f * n - (n > 0.97f ? 0.15f : 0.0f);

@@ -4,21 +4,13 @@
 #include <cmath>
 #include <vector>
 
+#include "Core/FixedRandom.h"
+
 namespace grindle::gfx {
 
 namespace {
 
-// The same sequence on every machine (a linear congruential generator, top 24 bits).
-class FixedRandom {
- public:
-  float Next() {
-    state_ = state_ * 1664525u + 1013904223u;
-    return static_cast<float>(state_ >> 8) / static_cast<float>(1u << 24);
-  }
-
- private:
-  uint32_t state_ = 20260101u;
-};
+constexpr uint32_t kParticleSeed = 20260101u;
 
 float Smooth(float edge0, float edge1, float x) {
   const float t = std::clamp((x - edge0) / (edge1 - edge0), 0.0f, 1.0f);
@@ -57,7 +49,7 @@ float Coverage(ParticleLayer layer, float x, float y, float grain) {
 std::vector<uint8_t> ParticleLayerPixels(ParticleLayer layer) {
   constexpr int size = kParticleTextureSize;
   std::vector<uint8_t> pixels(static_cast<size_t>(size * size * 4));
-  FixedRandom random;
+  FixedRandom random(kParticleSeed);
   for (int row = 0; row < size; ++row) {
     for (int column = 0; column < size; ++column) {
       const float x = (static_cast<float>(column) + 0.5f) / size * 2.0f - 1.0f;
@@ -91,7 +83,7 @@ ParticleTextures::ParticleTextures() {
   glTextureParameteri(textureArray_, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
 
   std::vector<float> values(static_cast<size_t>(kRandomTextureSize) * 4u);
-  FixedRandom random;
+  FixedRandom random(kParticleSeed);
   for (float& value : values) value = random.Next() * 2.0f - 1.0f;
   glCreateTextures(GL_TEXTURE_1D, 1, &randomTexture_);
   glTextureStorage1D(randomTexture_, 1, GL_RGBA32F, kRandomTextureSize);
