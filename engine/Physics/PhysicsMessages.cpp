@@ -126,7 +126,7 @@ class Handlers {
     }
     btTransform placed = record->pObject_->getWorldTransform();
     placed.setRotation(btQuaternion(axis.normalized(), v[3]));
-    record->pObject_->setWorldTransform(placed);
+    physics_.Teleport(*record, placed);
     if (Database* transform = FindDatabase(*object, KeyOf(WellKnown::Transform))) {
       WriteReal(*transform, WellKnown::RotationY, v[3]);
     }

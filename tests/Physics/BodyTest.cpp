@@ -168,6 +168,29 @@ TEST_F(RayCastTest, AHitGivesTheDistanceInWorldUnitsAndTheObjectName) {
   EXPECT_NEAR(lift.distance, 20.0 - (Field("Lift", "PositionY") + 0.5), 1e-3);
 }
 
+// Turning or nudging a body does not wake it, and steps refresh only awake bodies' broad-phase
+// boxes: rays (and falling bodies) must still find a sleeping body where it now is.
+TEST_F(RayCastTest, ASleepingBodyTurnedOrNudgedWithoutWakingIsHitWhereItNowIs) {
+  AddFloor();
+  AddBody("Crate", {.position = {0, 3, 0}});
+  Frames(90);
+  ASSERT_FALSE(Body("Crate").isActive());
+  // A straight unit box spans |x| <= 0.5; turned an eighth of a turn its corner reaches x = 0.707.
+  EXPECT_EQ(Cast(0.6, 10, 0, 0, -1, 0).name, "Floor");
+  messages_.SendArgs("msgSetBodyRotation", Handle("Crate"), 0.0, 1.0, 0.0, 0.785398);
+  Frames(1);
+  ASSERT_FALSE(Body("Crate").isActive());
+  EXPECT_EQ(Cast(0.6, 10, 0, 0, -1, 0).name, "Crate");
+  EXPECT_NEAR(Field("Crate", "RotationY"), 0.785398, 1e-5);
+  // A write below the move tolerance places the body without waking it either.
+  const double x = Field("Crate", "PositionX") + 5e-5;
+  Field("Crate", "PositionX") = x;
+  Frames(1);
+  ASSERT_FALSE(Body("Crate").isActive());
+  EXPECT_NEAR(Field("Crate", "PositionX"), x, 1e-7);
+  EXPECT_NEAR(Centre("Crate").x(), x, 1e-7);
+}
+
 TEST_F(RayCastTest, MissesZeroDirectionsAndTargetsBeyondTwoHundredGiveNoHit) {
   AddSlab("Target", btVector3(0, -0.5f, 0));
   AddSlab("Far", btVector3(60, -0.5f, 10));

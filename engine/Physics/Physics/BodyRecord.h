@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "Physics/Physics/SyncMemo.h"
 #include "Physics/Physics/TransformBinding.h"
 
 namespace grindle {
@@ -27,6 +28,7 @@ struct BodyRecord {
   btVector3 vOffset_{0, 0, 0};
   bool isStatic_ = false;
   TransformBinding binding_;  // unbound for static bodies, which are never synchronised
+  SyncMemo memo_;
   // The object the body was added for and its "BodyGetBack" entry, tracked: while the handle is
   // set, that object still exists and still points at this record.
   const Database* pObjectDb_ = nullptr;

@@ -72,9 +72,10 @@ BodyRecord* Physics::AddBody(Database& object, std::string_view name, std::strin
 }
 
 void Physics::RemoveBody(BodyRecord* record, bool reportEnds) {
-  const auto found = std::find_if(records_.begin(), records_.end(),
-                                  [record](const auto& r) { return r.get() == record; });
-  if (found == records_.end()) return;
+  const auto last = std::find_if(records_.rbegin(), records_.rend(),
+                                 [record](const auto& r) { return r.get() == record; });
+  if (last == records_.rend()) return;
+  const auto found = std::next(last).base();
   contacts_.Forget(record->pObject_.get(), reportEnds ? &events_ : nullptr);
   if (reportEnds) SendContacts();
 
@@ -94,8 +95,11 @@ void Physics::RemoveBody(BodyRecord* record, bool reportEnds) {
 }
 
 void Physics::RemoveAllBodies() {
-  while (!records_.empty()) RemoveBody(records_.back().get(), false);
+  // Nothing is reported, so the contacts go at once rather than pair by pair for each body, and
+  // the records from the back, where each is found first: a level of thousands of bodies unloads
+  // in linear time.
   contacts_.Clear();
+  while (!records_.empty()) RemoveBody(records_.back().get(), false);
 }
 
 Database* Physics::ObjectOf(const BodyRecord& record) const {
@@ -150,7 +154,7 @@ void Physics::Update() {
       if (transform == nullptr) continue;
       BindTransform(*transform, record);
     }
-    PushToBody(record);
+    PushToBody(record, *pWorld_);
   }
   for (int step = 0; step < kStepsPerFrame; ++step) {
     pWorld_->StepOnce();

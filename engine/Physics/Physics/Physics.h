@@ -54,6 +54,11 @@ class Physics {
   void Update();
   RayHit CastRay(const btVector3& origin, const btVector3& direction) const;
 
+  // Turns or moves a body as a request asks, without waking it.
+  void Teleport(BodyRecord& record, const btTransform& placed) {
+    pWorld_->Teleport(*record.pObject_, placed);
+  }
+
   const std::vector<std::unique_ptr<BodyRecord>>& Records() const { return records_; }
   Database* ObjectOf(const BodyRecord& record) const;
 

@@ -46,6 +46,7 @@ PhysicsWorld::PhysicsWorld() {
                                                       pSolver_.get(), pConfiguration_.get());
   pWorld_->setGravity(btVector3(0, kGravityY, 0));
   pWorld_->getSolverInfo().m_numIterations = kSolverIterations;
+  pWorld_->setForceUpdateAllAabbs(false);  // see Teleport
 
   previousRestitution_ = gCalculateCombinedRestitutionCallback;
   previousFriction_ = gCalculateCombinedFrictionCallback;
@@ -61,6 +62,11 @@ PhysicsWorld::~PhysicsWorld() {
   pBroadphase_.reset();
   pDispatcher_.reset();
   pConfiguration_.reset();
+}
+
+void PhysicsWorld::Teleport(btCollisionObject& object, const btTransform& placed) {
+  object.setWorldTransform(placed);
+  if (!object.isActive()) pWorld_->updateSingleAabb(&object);
 }
 
 }  // namespace grindle

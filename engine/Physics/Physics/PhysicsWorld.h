@@ -27,6 +27,10 @@ class PhysicsWorld {
   const btDiscreteDynamicsWorld& Dynamics() const { return *pWorld_; }
   btVector3 Gravity() const { return pWorld_->getGravity(); }
 
+  // Puts a body somewhere without waking it. Each step refreshes the broad-phase boxes of awake
+  // bodies only, so that a level at rest costs little; a sleeping body moved here gets its box now.
+  void Teleport(btCollisionObject& object, const btTransform& placed);
+
   // One fixed step of 1/60 s, whatever the frame time.
   void StepOnce() { pWorld_->stepSimulation(kStepSeconds, 0); }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "Physics/Physics/DatabaseValues.h"
 
@@ -19,37 +20,66 @@ void BindTransform(Database& transform, BodyRecord& record) {
   const btVector3 current = record.pObject_->getWorldTransform().getOrigin() - record.vOffset_;
   const double position[3] = {current.x(), current.y(), current.z()};
   record.binding_.Bind(transform, position, 0.0);
+  record.memo_ = SyncMemo{};
 }
 
-void PushToBody(BodyRecord& record) {
+namespace {
+
+bool SameBits(const double a[4], const double b[4]) { return std::memcmp(a, b, 4 * sizeof(double)) == 0; }
+
+bool SameBits(const btTransform& a, const btTransform& b) {
+  return std::memcmp(&a, &b, sizeof(btTransform)) == 0;
+}
+
+}  // namespace
+
+void PushToBody(BodyRecord& record, PhysicsWorld& world) {
   const TransformBinding& bound = record.binding_;
-  const btVector3 position(static_cast<float>(*bound.dhPosition_[0]),
-                           static_cast<float>(*bound.dhPosition_[1]),
-                           static_cast<float>(*bound.dhPosition_[2]));
-  const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(*bound.dhYaw_));
+  SyncMemo& memo = record.memo_;
+  const double values[4] = {*bound.dhPosition_[0], *bound.dhPosition_[1], *bound.dhPosition_[2],
+                            *bound.dhYaw_};
+  btCollisionObject& body = *record.pObject_;
+  const btTransform& now = body.getWorldTransform();
+  if (memo.hasIdlePush && SameBits(values, memo.pushedValues) && SameBits(now, memo.pushedFrom)) {
+    return;
+  }
+  const btVector3 position(static_cast<float>(values[0]), static_cast<float>(values[1]),
+                           static_cast<float>(values[2]));
+  const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(values[3]));
   // A script that wrote a NaN or an infinity does not get to break the world: the body stays, and
   // the write-back replaces the bad values.
   if (!IsFinite(position) || !IsFinite(yaw)) return;
   const btTransform placed(yaw, position + record.vOffset_);
-  btCollisionObject& body = *record.pObject_;
-  const btTransform& now = body.getWorldTransform();
   const bool moved =
       (now.getOrigin() - placed.getOrigin()).length2() > kMoveTolerance * kMoveTolerance ||
       std::fabs(now.getRotation().dot(placed.getRotation())) < 1.0f - kTurnTolerance;
+  const bool idle = !moved && placed == now;
+  memo.hasIdlePush = idle;
+  if (idle) {
+    std::copy(values, values + 4, memo.pushedValues);
+    memo.pushedFrom = now;
+    return;
+  }
   // A sleeping body that a script moves must wake, or it would hang where it was put.
   if (moved) body.activate();
   if (placed == now) return;
-  body.setWorldTransform(placed);
+  world.Teleport(body, placed);
   body.setInterpolationWorldTransform(placed);
 }
 
 void PullFromBody(BodyRecord& record) {
   const TransformBinding& bound = record.binding_;
+  SyncMemo& memo = record.memo_;
   const btTransform& placed = record.pObject_->getWorldTransform();
   const btVector3 position = placed.getOrigin() - record.vOffset_;
   for (int axis = 0; axis < 3; ++axis) *bound.dhPosition_[axis] = position[axis];
   WriteRotation(*bound.dhRotation_, placed.getBasis());
-  *bound.dhYaw_ = YawOf(placed.getRotation());
+  if (!memo.hasPull || !SameBits(placed, memo.pulledFrom)) {
+    memo.pulledFrom = placed;
+    memo.pulledYaw = YawOf(placed.getRotation());
+    memo.hasPull = true;
+  }
+  *bound.dhYaw_ = memo.pulledYaw;
 }
 
 double YawOf(const btQuaternion& q) {

@@ -7,6 +7,7 @@
 
 #include "Core/Database.h"
 #include "Physics/Physics/BodyRecord.h"
+#include "Physics/Physics/PhysicsWorld.h"
 
 namespace grindle {
 
@@ -14,7 +15,7 @@ namespace grindle {
 // another kind (the write-back stores doubles anyway).
 void BindTransform(Database& transform, BodyRecord& record);
 // Both need a bound record.
-void PushToBody(BodyRecord& record);
+void PushToBody(BodyRecord& record, PhysicsWorld& world);
 void PullFromBody(BodyRecord& record);
 
 // The yaw read back from an orientation. Through asin it always lies in -pi/2 .. pi/2: a body
