@@ -8,7 +8,7 @@
 #include "AI/DataPath.h"
 #include "AI/ScriptRequests.h"
 #include "Core/Database.h"
-#include "Core/MathTypes.h"
+#include "Core/DatabaseNumbers.h"
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
@@ -22,15 +22,11 @@ void ScriptRequests::SetColor(MessageArgs args) {
   if (!object) return;
   DataHandle<Database> material = object->Find<Database>(KeyOf(WellKnown::Material));
   if (!material) material = object->Add<Database>("Material");
-  const float r = static_cast<float>(msg::ScriptNumber::Read(args[1]));
-  const float g = static_cast<float>(msg::ScriptNumber::Read(args[2]));
-  const float b = static_cast<float>(msg::ScriptNumber::Read(args[3]));
-  if (const auto diffuse = material->Find<glm::vec4>(KeyOf(WellKnown::Diffuse))) {
-    *diffuse = glm::vec4(r, g, b, diffuse->w);
-  } else if (const auto vector = material->Find<Vector4>(KeyOf(WellKnown::Diffuse))) {
-    *vector = Vector4{r, g, b, vector->w};
-  } else {
-    material->Add<glm::vec4>("Diffuse", glm::vec4(r, g, b, 1.0f));
+  const float rgb[3] = {static_cast<float>(msg::ScriptNumber::Read(args[1])),
+                        static_cast<float>(msg::ScriptNumber::Read(args[2])),
+                        static_cast<float>(msg::ScriptNumber::Read(args[3]))};
+  if (!WriteFourComponents(*material, KeyOf(WellKnown::Diffuse), 0, 3, rgb)) {
+    material->Add<glm::vec4>("Diffuse", glm::vec4(rgb[0], rgb[1], rgb[2], 1.0f));
   }
 }
 

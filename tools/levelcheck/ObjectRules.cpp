@@ -6,6 +6,8 @@
 #include <set>
 #include <string_view>
 
+#include "Core/DatabaseNumbers.h"
+#include "Core/KeyInterning.h"
 #include "Core/WellKnownKeys.h"
 
 namespace grindle::levelcheck {
@@ -69,12 +71,7 @@ struct Component {
 
   const std::string* Text(const char* key) const { return db.Find<std::string>(key).Get(); }
   bool Has(const char* key) const { return db.FindEntry(key) != nullptr; }
-  bool Flag(const char* key) const {
-    if (const auto value = db.Find<double>(key)) return *value != 0.0;
-    if (const auto value = db.Find<int>(key)) return *value != 0;
-    if (const auto value = db.Find<float>(key)) return *value != 0.0f;
-    return false;
-  }
+  bool Flag(const char* key) const { return ReadNumber(db, HashValue(key), 0.0) != 0.0; }
   uint32_t LineOf(const char* key) const { return Has(key) ? context.file.LineOf(&db, key) : line; }
   void Report(Findings& out, uint32_t at, const std::string& message) const {
     out.Add(context.file.path, at, where + ": " + message);

@@ -3,6 +3,7 @@
 #include <glm/gtc/matrix_transform.hpp>
 
 #include "Core/Database.h"
+#include "Core/DatabaseNumbers.h"
 #include "Core/MathTypes.h"
 #include "Core/WellKnownKeys.h"
 
@@ -10,17 +11,8 @@ namespace grindle {
 namespace {
 
 // Files and scripts write numbers as doubles, code may store the other numeric kinds.
-std::optional<double> FindNumber(const Database& db, uint32_t key) {
-  if (const auto value = db.Find<double>(key)) return *value;
-  if (const auto value = db.Find<int>(key)) return *value;
-  if (const auto value = db.Find<float>(key)) return *value;
-  if (const auto value = db.Find<bool>(key)) return *value ? 1.0 : 0.0;
-  return std::nullopt;
-}
-
 bool IsSetFlag(const Database& db, WellKnown name) {
-  const std::optional<double> value = FindNumber(db, KeyOf(name));
-  return value.has_value() && *value != 0.0;
+  return ReadNumber(db, KeyOf(name), 0.0) != 0.0;
 }
 
 // A colour or scale, written in level files either as `vec4` (w left 0) or as `xmfloat4`.

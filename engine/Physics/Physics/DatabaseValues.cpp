@@ -3,27 +3,19 @@
 #include <cmath>
 #include <glm/glm.hpp>
 
+#include "Core/DatabaseNumbers.h"
 #include "Core/MathTypes.h"
 
 namespace grindle {
 
 double ReadReal(const Database& db, uint32_t key, double fallback) {
-  if (const DataHandle<double> value = db.Find<double>(key)) return *value;
-  if (const DataHandle<float> value = db.Find<float>(key)) return *value;
-  if (const DataHandle<int> value = db.Find<int>(key)) return *value;
-  return fallback;
+  return ReadNumber(db, key, fallback);
 }
 
-bool ReadFlag(const Database& db, uint32_t key) {
-  if (const DataHandle<bool> value = db.Find<bool>(key)) return *value;
-  return ReadReal(db, key, 0.0) != 0.0;
-}
+bool ReadFlag(const Database& db, uint32_t key) { return ReadNumber(db, key, 0.0) != 0.0; }
 
 std::optional<btVector3> ReadVector3(const Database& db, uint32_t key) {
-  if (const DataHandle<Vector4> value = db.Find<Vector4>(key)) {
-    return btVector3(value->x, value->y, value->z);
-  }
-  if (const DataHandle<glm::vec4> value = db.Find<glm::vec4>(key)) {
+  if (const std::optional<glm::vec4> value = ReadFour(db, key)) {
     return btVector3(value->x, value->y, value->z);
   }
   if (const DataHandle<glm::vec3> value = db.Find<glm::vec3>(key)) {
@@ -41,14 +33,7 @@ bool IsFinite(const btQuaternion& q) {
          std::isfinite(q.w());
 }
 
-void WriteReal(Database& db, WellKnown name, double value) {
-  const uint32_t key = KeyOf(name);
-  if (const DataHandle<double> entry = db.Find<double>(key)) {
-    *entry = value;
-    return;
-  }
-  db.Add<double>(kWellKnownKeyNames[static_cast<size_t>(name)], value);
-}
+void WriteReal(Database& db, WellKnown name, double value) { WriteDouble(db, KeyOf(name), value); }
 
 void WriteRotation(Database& db, const btMatrix3x3& rotation) {
   DataHandle<glm::mat4> matrix = db.Find<glm::mat4>(KeyOf(WellKnown::Rotation));

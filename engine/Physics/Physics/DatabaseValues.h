@@ -17,7 +17,8 @@
 
 namespace grindle {
 
-// A number stored as double, float or int; `fallback` when absent or of another kind.
+// A number stored as double, float, int or bool (Core's rule); `fallback` when absent or of
+// another kind.
 double ReadReal(const Database& db, uint32_t key, double fallback);
 // True when a bool, int or number entry is non-zero.
 bool ReadFlag(const Database& db, uint32_t key);

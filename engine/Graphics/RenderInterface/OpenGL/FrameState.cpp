@@ -4,7 +4,7 @@
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Input/DebugKeys.h"

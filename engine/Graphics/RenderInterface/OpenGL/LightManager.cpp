@@ -8,7 +8,7 @@
 #include "Core/Database.h"
 #include "Core/KeyInterning.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"

@@ -4,7 +4,7 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/MeshPass.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"

@@ -12,7 +12,7 @@
 #include "Core/Messages/Catalogue.h"
 #include "Core/Messages/RouteTable.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"

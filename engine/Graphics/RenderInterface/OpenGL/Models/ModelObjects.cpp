@@ -6,7 +6,7 @@
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
 #include "Graphics/Loader/SkeletonPose.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 
 namespace grindle::gfx {

@@ -3,9 +3,9 @@
 #include <cstdio>
 
 #include "Core/Database.h"
+#include "Core/DatabaseNumbers.h"
 #include "Core/KeyInterning.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/Particles/ParticleTextures.h"
 #include "Graphics/RenderInterface/OpenGL/RenderDevice.h"

@@ -5,7 +5,7 @@
 #include <glm/mat3x3.hpp>
 
 #include "Core/Database.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 #include "Graphics/RenderInterface/OpenGL/LevelLookup.h"
 #include "Graphics/RenderInterface/OpenGL/RenderDevice.h"
 

@@ -6,7 +6,7 @@
 
 #include "Core/Database.h"
 #include "Core/WellKnownKeys.h"
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 
 namespace grindle::gfx {
 

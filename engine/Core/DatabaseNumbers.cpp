@@ -1,22 +1,22 @@
-#include "Graphics/RenderInterface/OpenGL/DatabaseValues.h"
+#include "Core/DatabaseNumbers.h"
 
 #include "Core/Database.h"
 #include "Core/KeyInterning.h"
 #include "Core/MathTypes.h"
 
-namespace grindle::gfx {
+namespace grindle {
 
 double ReadDouble(const Database& database, uint32_t key, double fallback) {
   const DataHandle<double> value = database.Find<double>(key);
   return value.IsValid() ? *value : fallback;
 }
 
-double ReadNumber(const Database& database, uint32_t key, double fallback) {
+std::optional<double> FindNumber(const Database& database, uint32_t key) {
   if (const DataHandle<double> value = database.Find<double>(key)) return *value;
   if (const DataHandle<float> value = database.Find<float>(key)) return *value;
   if (const DataHandle<int> value = database.Find<int>(key)) return *value;
   if (const DataHandle<bool> value = database.Find<bool>(key)) return *value ? 1.0 : 0.0;
-  return fallback;
+  return std::nullopt;
 }
 
 std::optional<glm::vec4> ReadFour(const Database& database, uint32_t key) {
@@ -49,4 +49,4 @@ void WriteDouble(Database& database, uint32_t key, double value) {
   database.Add<double>(ProcessKeys().NameOf(key), value);
 }
 
-}  // namespace grindle::gfx
+}  // namespace grindle
