@@ -3,8 +3,6 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "TempWorkDir.h"
@@ -34,10 +32,7 @@ class DemoGameCopy : public TempWorkDir {
 
   // The text of one of the demo's own levels, to be changed into a broken one.
   std::string DemoLevel(const std::string& name) const {
-    std::ifstream in(demo_ / "Assets" / "Levels" / (name + ".xml"));
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return ReadFile(demo_ / "Assets" / "Levels" / (name + ".xml"));
   }
   void WriteLevel(const std::string& name, const std::string& text) const {
     Write("Assets/Levels/" + name + ".xml", text);

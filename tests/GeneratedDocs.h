@@ -7,16 +7,15 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
+
+#include "TempWorkDir.h"
 
 inline void ExpectGeneratedSection(const std::string& path, const std::string& name,
                                    const std::string& rendered) {
   const std::string begin = "<!-- " + name + " begins -->\n";
   const std::string end = "<!-- " + name + " ends -->\n";
-  std::stringstream file;
-  file << std::ifstream(path).rdbuf();
-  std::string page = file.str();
+  std::string page = grindle::ReadFile(path);
   const size_t first = page.find(begin);
   const size_t last = page.find(end);
   ASSERT_NE(first, std::string::npos) << path << " has no line " << begin;

@@ -1,13 +1,20 @@
-// Test helper shared by the test folders that run code inside a scratch working directory.
+// Test helpers for files on disk: a scratch working directory, and a whole file read back.
 #pragma once
 
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 namespace grindle {
+
+// The file's bytes; empty when it cannot be read.
+inline std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
 
 // A fresh temporary folder made the working directory for one test, and the previous one restored.
 class TempWorkDir {

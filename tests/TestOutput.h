@@ -1,4 +1,5 @@
-// Captures what a piece of code prints on standard output (life-cycle lines, dumps).
+// Captures what a piece of code prints on standard output (life-cycle lines, dumps), and counts
+// how often a text occurs in it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,6 +14,14 @@ std::string CaptureStdout(F&& body) {
   body();
   std::fflush(stdout);
   return testing::internal::GetCapturedStdout();
+}
+
+// Occurrences of `text` in `printed`, overlapping ones included.
+inline size_t CountOf(const std::string& printed, const std::string& text) {
+  size_t count = 0;
+  for (size_t at = printed.find(text); at != std::string::npos; at = printed.find(text, at + 1))
+    ++count;
+  return count;
 }
 
 #include <unistd.h>

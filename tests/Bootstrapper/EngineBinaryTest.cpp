@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <regex>
 #include <sstream>
@@ -164,10 +163,7 @@ TEST(EngineBinary, ASecondInterruptEndsAProcessStuckInAScript) {
           "--frames", "5", static_cast<char*>(nullptr));
     _exit(127);
   }
-  const auto output = [&] {
-    std::ifstream in(log);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  };
+  const auto output = [&] { return ReadFile(log); };
   const auto waitFor = [&](auto done, int seconds) {
     for (int i = 0; i < seconds * 100; ++i, usleep(10'000)) {
       if (done()) return true;

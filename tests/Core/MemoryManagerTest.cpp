@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "Core/MemoryManager.h"
@@ -9,12 +10,10 @@ namespace grindle {
 namespace {
 
 TEST(MemoryManager, SizeClassesArePowersOfTwoOfAtLeastFour) {
-  EXPECT_EQ(SizeClass(0), 4u);
-  EXPECT_EQ(SizeClass(4), 4u);
-  EXPECT_EQ(SizeClass(5), 8u);
-  EXPECT_EQ(SizeClass(16), 16u);
-  EXPECT_EQ(SizeClass(17), 32u);
-  EXPECT_EQ(SizeClass(100), 128u);
+  for (const auto& [size, sizeClass] :
+       {std::pair{0u, 4u}, {4u, 4u}, {5u, 8u}, {16u, 16u}, {17u, 32u}, {100u, 128u}}) {
+    EXPECT_EQ(SizeClass(size), sizeClass) << size;
+  }
 }
 
 TEST(MemoryManager, BlocksAreAlignedAndKeepGuardBytesAndFlag) {

@@ -7,12 +7,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
 #include "Graphics/RenderInterface/OpenGL/Sprites/FontFile.h"
+#include "TempWorkDir.h"
 
 namespace grindle::gfx {
 namespace {
@@ -20,11 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kDejaVuBold = "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf";
-
-std::string Bytes(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 int Bake(const std::string& arguments) {
   const std::string command = std::string(GRINDLE_FONTBAKE) + " " + arguments + " >/dev/null 2>&1";
@@ -40,8 +34,8 @@ TEST(FontBakeTest, RebakingTheHudFontReproducesTheShippedFiles) {
                  " --chars 32-126,160-255"),
             0);
   const fs::path shipped = fs::path(GRINDLE_GAME_DIR) / "Assets/Fonts";
-  EXPECT_EQ(Bytes(out / "Hud.fnt"), Bytes(shipped / "Hud.fnt"));
-  EXPECT_EQ(Bytes(out / "Hud_0.png"), Bytes(shipped / "Hud_0.png"));
+  EXPECT_EQ(ReadFile(out / "Hud.fnt"), ReadFile(shipped / "Hud.fnt"));
+  EXPECT_EQ(ReadFile(out / "Hud_0.png"), ReadFile(shipped / "Hud_0.png"));
 
   auto font = std::make_unique<FontFileData>();
   std::FILE* file = std::fopen((out / "Hud.fnt").c_str(), "r");

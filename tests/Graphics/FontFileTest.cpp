@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <tuple>
 
 #include "Graphics/RenderInterface/OpenGL/Sprites/Font.h"
 #include "Graphics/RenderInterface/OpenGL/Sprites/FontFile.h"
@@ -45,12 +46,9 @@ std::unique_ptr<FontFileData> ReadText(const std::string& text, std::string* pri
 
 TEST(FontFileTest, StoresMetricsInLineHeightsAndQuadsWithTheLeftEdgeOverThePageHeight) {
   const auto font = ReadText(kNonSquareFont);
-  EXPECT_EQ(font->lineHeight, 32.0f);
-  EXPECT_EQ(font->base, 26.0f);
-  EXPECT_EQ(font->scaleW, 256.0f);
-  EXPECT_EQ(font->scaleH, 512.0f);
-  EXPECT_EQ(font->pages, 1);
-  EXPECT_EQ(font->pageFile, "Small_0.png");
+  EXPECT_EQ(std::tuple(font->lineHeight, font->base, font->scaleW, font->scaleH, font->pages,
+                       font->pageFile),
+            std::tuple(32.0f, 26.0f, 256.0f, 512.0f, 1, "Small_0.png"));
 
   const GlyphRecord& a = font->glyphs['A'];
   EXPECT_FLOAT_EQ(a.x, 2.0f);

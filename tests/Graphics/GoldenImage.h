@@ -12,6 +12,8 @@
 
 namespace grindle::gfx {
 
+inline float Luma(const glm::vec4& c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
+
 class GoldenImageFixture : public RendererFixture {
  protected:
   static constexpr double kMeanTolerance = 2.0 / 255.0;

@@ -6,8 +6,6 @@
 namespace grindle::gfx {
 namespace {
 
-float Luma(const glm::vec4& c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
-
 using GoldenImageTest = GoldenImageFixture;
 
 TEST_F(GoldenImageTest, EveryTechniqueVariantOnPrimitives) {

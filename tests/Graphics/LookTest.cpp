@@ -106,10 +106,7 @@ float MeanDifference(const Image& a, const Image& b, int x0, int y0, int x1, int
 float MeanLuma(const Image& image, int x0, int y0, int x1, int y1) {
   float total = 0.0f;
   for (int y = y0; y < y1; ++y) {
-    for (int x = x0; x < x1; ++x) {
-      const glm::vec4 c = image.At(x, y);
-      total += 0.299f * c.r + 0.587f * c.g + 0.114f * c.b;
-    }
+    for (int x = x0; x < x1; ++x) total += Luma(image.At(x, y));
   }
   return total / static_cast<float>((x1 - x0) * (y1 - y0));
 }

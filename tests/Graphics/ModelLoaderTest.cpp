@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fstream>
 #include <string>
+#include <tuple>
 
 #include "Graphics/Loader/Loader.h"
 #include "Graphics/Loader/ModelCheck.h"
@@ -40,12 +41,9 @@ TEST(ModelLoaderTest, StaticFileLoadsExactValues) {
   EXPECT_EQ(m.indices[10], 4);
   ASSERT_EQ(m.subsets.size(), 2u);
   const Subset& s = m.subsets[1];
-  EXPECT_EQ(s.Index, 1);
-  EXPECT_EQ(s.MaterialIndex, 1);
-  EXPECT_EQ(s.FaceCount, 2);
-  EXPECT_EQ(s.FaceStartIndex, 4);
-  EXPECT_EQ(s.VertexCount, 4);
-  EXPECT_EQ(s.VertexStartIndex, 1);
+  EXPECT_EQ(std::tuple(s.Index, s.MaterialIndex, s.FaceCount, s.FaceStartIndex, s.VertexCount,
+                       s.VertexStartIndex),
+            std::tuple(1, 1, 2, 4, 4, 1));
   ASSERT_EQ(m.materials.size(), 2u);
   EXPECT_EQ(m.materials[0].diffuseMapName, "Crate.png");
   EXPECT_EQ(m.materials[0].normalMapName, kNoTexture);

@@ -14,14 +14,13 @@
 #include "GoldenImage.h"
 #include "ImportScenes.h"
 #include "ProcessRun.h"
+#include "TempWorkDir.h"
 #include "Graphics/RenderInterface/OpenGL/Models/ModelManager.h"
 
 namespace grindle::gfx {
 namespace {
 
 namespace fs = std::filesystem;
-
-float Luma(const glm::vec4& c) { return 0.299f * c.r + 0.587f * c.g + 0.114f * c.b; }
 
 class ModelRenderTest : public GoldenImageFixture {
  protected:
@@ -161,10 +160,7 @@ TEST_F(ModelRenderTest, ScriptsSeeAndSteerTheClip) {
 
 TEST_F(ModelRenderTest, BrokenAndRewrittenFiles) {
   const fs::path folder = sFolder_ / "Assets" / "Models" / "Static";
-  const std::string pyramid = [&] {
-    std::ifstream in(folder / "Pyramid.mdl");
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }();
+  const std::string pyramid = ReadFile(folder / "Pyramid.mdl");
   const auto write = [&](const char* name, const std::string& text) {
     std::ofstream(folder / name) << text;
   };
@@ -229,10 +225,7 @@ TEST_F(ModelRenderTest, AModelFileWrittenWhileWatchedIsReloaded) {
   EXPECT_EQ(model.generation, 0u);
   EXPECT_EQ(model.materials[1].diffuse, glm::vec4(0.2f, 0.4f, 0.9f, 1));
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  std::string text = [&] {
-    std::ifstream in(file);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }();
+  std::string text = ReadFile(file);
   text.replace(text.find("Diffuse: 0.2 0.4 0.9 1"), 22, "Diffuse: 0.9 0.1 0.1 1");
   std::ofstream(file) << text;
   // Generous: on a machine loaded by parallel builds the watcher's round trip has taken seconds.

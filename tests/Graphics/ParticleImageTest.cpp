@@ -45,10 +45,7 @@ class ParticleImageTest : public GoldenImageFixture {
     AddCamera(level, {0, 2, -10}, {0, -0.2f, 1});
     AddMeshObject(level, "Floor", "Grid.mesh", {0, -1, 0}, {40, 1, 40}, {0.1f, 0.1f, 0.1f, 1});
     Database& object = *level.Find<Database>("GameObjects")->Add<Database>("Emitter");
-    Database& transform = *object.Add<Database>("Transform");
-    transform.Add<double>("PositionX", 0.0);
-    transform.Add<double>("PositionY", 0.0);
-    transform.Add<double>("PositionZ", 0.0);
+    AddTransform(object, glm::vec3(0.0f));
     if (type != nullptr) {
       Database& system = *object.Add<Database>("ParticleSystem");
       system.Add<std::string>("Type", type);

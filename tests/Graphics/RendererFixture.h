@@ -144,6 +144,15 @@ class RendererFixture : public testing::Test {
     return camera;
   }
 
+  // A Transform with the position alone, as objects that are only placed carry it.
+  static Database& AddTransform(Database& object, const glm::vec3& position) {
+    Database& transform = *object.Add<Database>("Transform");
+    transform.Add<double>("PositionX", position.x);
+    transform.Add<double>("PositionY", position.y);
+    transform.Add<double>("PositionZ", position.z);
+    return transform;
+  }
+
   // An object with a Mesh component of `fileName`, a transform, a material and no textures.
   static Database& AddMeshObject(Database& level, const std::string& name, const char* fileName,
                                  const glm::vec3& position, const glm::vec3& scale,
@@ -152,10 +161,7 @@ class RendererFixture : public testing::Test {
     Database& mesh = *object.Add<Database>("Mesh");
     mesh.Add<std::string>("Filename", fileName);
     mesh.Add<double>("HasTexture", 0.0);
-    Database& transform = *object.Add<Database>("Transform");
-    transform.Add<double>("PositionX", position.x);
-    transform.Add<double>("PositionY", position.y);
-    transform.Add<double>("PositionZ", position.z);
+    Database& transform = AddTransform(object, position);
     transform.Add<glm::mat4>("Rotation", glm::mat4(1.0f));
     transform.Add<Vector4>("Scale", {scale.x, scale.y, scale.z, 0.0f});
     Database& material = *object.Add<Database>("Material");

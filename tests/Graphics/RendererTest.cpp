@@ -17,6 +17,7 @@
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Input/Keyboard.h"
 #include "RendererFixture.h"
+#include "TempWorkDir.h"
 
 namespace grindle::gfx {
 namespace {
@@ -338,9 +339,7 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   SendNow("LoadShaders");
   const Effect* basic = Renderer().Device().Effects().basic.get();
   ASSERT_TRUE(basic != nullptr && basic->IsLoaded());
-  std::ifstream original("shaders/basic.fx");
-  std::stringstream text;
-  text << original.rdbuf();
+  const std::string original = ReadFile("shaders/basic.fx");
   const fs::path game = fs::current_path();
   const fs::path tree = fs::path(testing::TempDir()) / "grindle_broken_effect";
   fs::create_directories(tree / "shaders");
@@ -348,7 +347,7 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
     fs::copy_file(game / "shaders" / include, tree / "shaders" / include,
                   fs::copy_options::overwrite_existing);
   }
-  std::string broken = text.str();
+  std::string broken = original;
   broken.insert(broken.find("@vertex VS") + std::string("@vertex VS\n").size(), "not glsl;\n");
   std::ofstream(tree / "shaders" / "basic.fx") << broken;
   fs::current_path(tree);
@@ -357,13 +356,8 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   const std::string errors = testing::internal::GetCapturedStderr();
   EXPECT_EQ(Renderer().Device().Effects().basic.get(), basic);
   EXPECT_EQ(out, "shaders/basic.fx did not load; the effect in use stays\n");
-  size_t reports = 0;
-  for (size_t at = errors.find("shaders/basic.fx: pass"); at != std::string::npos;
-       at = errors.find("shaders/basic.fx: pass", at + 1)) {
-    ++reports;
-  }
-  EXPECT_EQ(reports, 1u) << errors;
-  std::ofstream(tree / "shaders" / "basic.fx") << text.str();
+  EXPECT_EQ(CountOf(errors, "shaders/basic.fx: pass"), 1u) << errors;
+  std::ofstream(tree / "shaders" / "basic.fx") << original;
   CaptureStdout([&] { Renderer().Device().Shaders().Reload("shaders/basic.fx"); });
   EXPECT_NE(Renderer().Device().Effects().basic.get(), basic);
   EXPECT_TRUE(Renderer().Device().Effects().basic->IsLoaded());

@@ -93,10 +93,7 @@ TEST_F(SpriteGoldenTest, WorldSpritesBillboardOverTheSceneUnderTheHud) {
   // Looking along +x: a sprite in its object's x-y plane is seen edge on unless it billboards.
   AddCamera(level, {-10, 0, 0}, {1, 0, 0});
   Database& marker = *level.Find<Database>("GameObjects")->Add<Database>("Marker");
-  Database& transform = *marker.Add<Database>("Transform");
-  transform.Add<double>("PositionX", 0.0);
-  transform.Add<double>("PositionY", 0.0);
-  transform.Add<double>("PositionZ", 0.0);
+  AddTransform(marker, glm::vec3(0.0f));
   Database& label = *marker.Add<Database>("SpriteWorld");
   label.Add<double>("IsText", 1.0);
   label.Add<std::string>("Font", "Title");
@@ -193,15 +190,11 @@ TEST_F(SpriteGoldenTest, MissingFilesAndCharactersFallBackVisiblyAndSayOnce) {
     StartLevel("Missing");
     for (int i = 0; i < 3; ++i) Frame();
   });
-  const auto count = [&](const std::string& text) {
-    size_t n = 0;
-    for (size_t at = printed.find(text); at != std::string::npos; at = printed.find(text, at + 1))
-      ++n;
-    return n;
-  };
-  EXPECT_EQ(count("Sprite image Assets/Sprites/Nowhere.png could not be loaded"), 1u) << printed;
-  EXPECT_EQ(count("Font Assets/Fonts/Vanished.fnt not found"), 1u) << printed;
-  EXPECT_EQ(count("Font Assets/Fonts/Hud.fnt lacks characters"), 1u) << printed;
+  for (const char* said : {"Sprite image Assets/Sprites/Nowhere.png could not be loaded",
+                           "Font Assets/Fonts/Vanished.fnt not found",
+                           "Font Assets/Fonts/Hud.fnt lacks characters"}) {
+    EXPECT_EQ(CountOf(printed, said), 1u) << printed;
+  }
   const Image image = Capture();
   // Both stand-ins show the default texture (grey asphalt), not nothing.
   EXPECT_GT(Brightest(image, {0, 0, 16, 16}).r, 0.2f);

@@ -7,7 +7,6 @@
 #include "Core/WellKnownKeys.h"
 #include "InputHarness.h"
 #include "Platform/GamePads.h"
-#include "SystemRig.h"
 #include "TestOutput.h"
 
 namespace grindle::test {
@@ -298,16 +297,11 @@ TEST(InputNames, EveryKeyAndButtonNameLeadsBackToItsOwnCode) {
   EXPECT_EQ(PadButtonName(kPadA | kPadB), "");
 }
 
-TEST(InputDeathTest, KeyCodesOutsideTheTableAndAWrongSynchronizeStop) {
+// Synchronize's argument count is checked once for every system, in the system base's test.
+TEST(InputDeathTest, KeyCodesOutsideTheTableStop) {
   const Keyboard keyboard;
   EXPECT_DEATH((StdoutToStderr(), keyboard.IsDown(255)),
                "DETAILS: virtual-key code must be 0..254");
-  const auto synchronizeWithThree = [] {
-    Database root;
-    InputInterface input;
-    Synchronize(input, root, 3);
-  };
-  EXPECT_DEATH(synchronizeWithThree(), "DETAILS: wrong arg count passed to synchronize");
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "Graphics/Loader/Loader.h"
@@ -16,11 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Read(const fs::path& path) {
-  std::ifstream in(path);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 TEST(ModelGen, CommittedModelsAreTheGeneratorsOutputAndLoadCleanly) {
   TempWorkDir dir;
   const ProcessResult run = RunProcess(std::string("'") + GRINDLE_MODELGEN + "' out 2>&1");
@@ -30,7 +24,7 @@ TEST(ModelGen, CommittedModelsAreTheGeneratorsOutputAndLoadCleanly) {
                            "Static/Potato.mdl", "Skinned/Character.smdl"}) {
     SCOPED_TRACE(file);
     const fs::path written = dir.path / "out" / "Assets" / "Models" / file;
-    EXPECT_EQ(Read(written), Read(committed / file)) << "regenerate with grindle_modelgen game";
+    EXPECT_EQ(ReadFile(written), ReadFile(committed / file)) << "regenerate with grindle_modelgen game";
     models::ScanProblem problem;
     models::CheckedModel checked;
     if (fs::path(file).extension() == ".mdl") {
