@@ -1,10 +1,14 @@
-// Keyboard, mouse and pads through a started input system, frame by frame.
+// Keyboard, mouse and pads through a started input system, frame by frame; the key and button
+// names; the debug key table against its reference page.
 #include <cstdio>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "Core/WellKnownKeys.h"
+#include "GeneratedDocs.h"
+#include "Input/DebugKeys.h"
 #include "InputHarness.h"
 #include "Platform/GamePads.h"
 #include "TestOutput.h"
@@ -271,6 +275,19 @@ TEST_F(InputFrames, MappingsFromAFileSeatAPadSdlDidNotKnow) {
   EXPECT_EQ(pads.GetState(0, state), kPadSuccess);
   EXPECT_EQ(state.Gamepad.wButtons, kPadX);
   EXPECT_EQ(pads.GetState(1, state), kPadNotConnected);
+}
+
+// The debug key table: its reference page follows it, and no key is taken twice.
+TEST(DebugKeys, TheReferencePageListsTheTableAndNoKeyIsTakenTwice) {
+  std::string rendered = "| key | what it does | handled by |\n|---|---|---|\n";
+  std::set<int> keys;
+  for (const debugkeys::DebugKey& row : debugkeys::kTable) {
+    EXPECT_TRUE(keys.insert(row.key).second) << VirtualKeyName(row.key);
+    ASSERT_FALSE(VirtualKeyName(row.key).empty()) << row.key;
+    rendered += "| " + std::string(VirtualKeyName(row.key)) + " | " + std::string(row.action) +
+                " | " + std::string(row.handler) + " |\n";
+  }
+  ExpectGeneratedSection(std::string(GRINDLE_DOCS_DIR) + "/debug-keys.md", "debug keys", rendered);
 }
 
 TEST(InputNames, EveryKeyAndButtonNameLeadsBackToItsOwnCode) {
