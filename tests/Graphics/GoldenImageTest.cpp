@@ -67,48 +67,6 @@ TEST_F(GoldenImageTest, FogFadesDistantObjectsToTheFogColourInFrontOfTheSky) {
   ExpectMatchesGolden(image, "fog");
 }
 
-TEST_F(GoldenImageTest, ABoxCastsAShadowOnTheFloor) {
-  Database& level = AddLevel("Shadow");
-  AddCamera(level, {0, 12, -10}, {0, -1, 0.8f});
-  AddMeshObject(level, "Floor", "Grid.mesh", {0, 0, 0}, {40, 1, 40}, {0.3f, 0.3f, 0.3f, 1});
-  AddMeshObject(level, "Box", "Box.mesh", {0, 3, 0}, {2, 2, 2}, {0.2f, 0.4f, 0.9f, 1});
-  Database& lifted = AddMeshObject(level, "Unshadowed", "Box.mesh", {-6, 0.5f, 0}, {1, 1, 1},
-                                   {0.9f, 0.9f, 0.2f, 1});
-  lifted.Add<double>("IgnoreShadows", 1.0);
-  const Image image = RenderLevel("Shadow");
-  ExpectMatchesGolden(image, "shadow");
-  // The first directional light throws the box's shadow towards +x and +z: up and to the left on
-  // screen, where the floor must be clearly darker than elsewhere in that patch.
-  float darkest = 1.0f, brightest = 0.0f;
-  for (int x = 60; x < 140; ++x) {
-    for (int y = 20; y < 100; ++y) {
-      const glm::vec4 c = image.At(x, y);
-      if (c.b > c.r + 0.15f) continue;  // the blue box itself
-      darkest = std::min(darkest, Luma(c));
-      brightest = std::max(brightest, Luma(c));
-    }
-  }
-  EXPECT_LT(darkest, brightest * 0.8f);
-}
-
-TEST_F(GoldenImageTest, GlowingObjectsBleedLightAroundThem) {
-  Database& level = AddLevel("Glow");
-  AddCamera(level, {0, 0, -10}, {0, 0, 1});
-  Database& orb = AddMeshObject(level, "Orb", "Sphere.mesh", {0, 0, 0}, {1.5f, 1.5f, 1.5f},
-                                {0.2f, 0.2f, 0.2f, 1});
-  Database& glow = *orb.Add<Database>("Glow");
-  glow.Add<double>("r", 0.1);
-  glow.Add<double>("g", 1.0);
-  glow.Add<double>("b", 0.3);
-  const Image image = RenderLevel("Glow", 3);
-  // Just outside the sphere's silhouette the background picks up the green glow.
-  const glm::vec4 halo = image.At(kWidth / 2 + 30, kHeight / 2);
-  const glm::vec4 far = image.At(10, 10);
-  EXPECT_GT(halo.g, far.g + 0.05f);
-  EXPECT_GT(halo.g, halo.r);
-  ExpectMatchesGolden(image, "glow");
-}
-
 // One grey wall filling the view, seen through a 4:3 window, as the picture in picture of a menu
 // and through colour grades of the post-processing chain.
 TEST_F(GoldenImageTest, TheWallThroughLetterboxInsetAndColourGrades) {

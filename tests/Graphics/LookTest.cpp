@@ -1,6 +1,7 @@
 // The look of lit scenes: glow that keeps its hue, shadows only from the lights that cast them,
 // and the post-processing chain a level file chooses (depth of field and SSAO among them).
 #include <cmath>
+#include <optional>
 
 #include "GoldenImage.h"
 
@@ -25,43 +26,51 @@ float HueDegrees(const glm::vec3& c) {
 
 using LookTest = GoldenImageFixture;
 
-// A glow brighter than white must not slide towards cyan (blue) or yellow (orange): the hue of
-// the glowing object and of its halo stays within 10 degrees of the glow colour's.
-TEST_F(LookTest, GlowingObjectsKeepTheirHue) {
+// Glowing objects bleed light into the background around them. A glow brighter than white must
+// not slide towards cyan (blue) or yellow (orange): the hue of the glowing object and of its halo
+// stays within 10 degrees of the glow colour's. The dull grey orb's green glow is the glow golden
+// image.
+TEST_F(LookTest, GlowingObjectsBleedLightAndKeepTheirHue) {
   const struct {
     const char* name;
     glm::vec3 glow;
-  } cases[] = {{"Blue", {0.1f, 0.3f, 1.0f}}, {"Orange", {1.0f, 0.45f, 0.05f}}};
+    std::optional<glm::vec3> diffuse;  // the glow colour when empty
+  } cases[] = {{"Green", {0.1f, 1.0f, 0.3f}, glm::vec3(0.2f)},
+               {"Blue", {0.1f, 0.3f, 1.0f}, {}},
+               {"Orange", {1.0f, 0.45f, 0.05f}, {}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     Database& level = AddLevel(c.name);
     AddCamera(level, {0, 0, -10}, {0, 0, 1});
     Database& orb = AddMeshObject(level, "Orb", "Sphere.mesh", {0, 0, 0}, {1.5f, 1.5f, 1.5f},
-                                  glm::vec4(c.glow, 1.0f));
+                                  glm::vec4(c.diffuse.value_or(c.glow), 1.0f));
     Database& glow = *orb.Add<Database>("Glow");
     glow.Add<double>("r", c.glow.r);
     glow.Add<double>("g", c.glow.g);
     glow.Add<double>("b", c.glow.b);
     const Image image = RenderLevel(c.name, 3);
+    const glm::vec4 halo = image.At(kWidth / 2 + 30, kHeight / 2);
+    EXPECT_GT(Luma(halo), Luma(image.At(10, 10)) + 0.05f);
     const float expected = HueDegrees(c.glow);
-    for (const auto& [x, y] :
-         {std::pair{kWidth / 2, kHeight / 2}, std::pair{kWidth / 2 + 30, kHeight / 2}}) {
-      const glm::vec3 seen(image.At(x, y));
-      EXPECT_NEAR(HueDegrees(seen), expected, 10.0f) << x << "," << y;
-    }
+    EXPECT_NEAR(HueDegrees(glm::vec3(halo)), expected, 10.0f);
+    EXPECT_NEAR(HueDegrees(glm::vec3(image.At(kWidth / 2, kHeight / 2))), expected, 10.0f);
+    if (c.diffuse) ExpectMatchesGolden(image, "glow");
     root_.Find<Database>("Levels")->Remove(c.name);
   }
 }
 
 // Only lights that are asked to cast shadows do: by default the first directional light alone; a
 // level light's `CastsShadow` turns its slot's shadow on or off. A pixel counts as shadowed where
-// it is clearly darker than in the scene where no light casts.
+// it is clearly darker than in the scene where no light casts. The yellow box ignores shadows: it
+// is never darkened but still casts; the default scene is also the shadow golden image.
 TEST_F(LookTest, OnlyLightsThatCastShadowsDarkenTheFloor) {
   const auto render = [this](const char* name, std::initializer_list<double> casts) {
     Database& level = AddLevel(name);
     AddCamera(level, {0, 12, -10}, {0, -1, 0.8f});
     AddMeshObject(level, "Floor", "Grid.mesh", {0, 0, 0}, {40, 1, 40}, {0.3f, 0.3f, 0.3f, 1});
     AddMeshObject(level, "Box", "Box.mesh", {0, 3, 0}, {2, 2, 2}, {0.2f, 0.4f, 0.9f, 1});
+    AddMeshObject(level, "Unshadowed", "Box.mesh", {-6, 0.5f, 0}, {1, 1, 1}, {0.9f, 0.9f, 0.2f, 1})
+        .Add<double>("IgnoreShadows", 1.0);
     int index = 0;
     for (const double cast : casts) {
       Database& light = *level.Find<Database>("GameObjects")
@@ -85,7 +94,9 @@ TEST_F(LookTest, OnlyLightsThatCastShadowsDarkenTheFloor) {
     }
     return count;
   };
-  const int byDefault = shadowed(render("Default", {}));
+  const Image defaultScene = render("Default", {});
+  ExpectMatchesGolden(defaultScene, "shadow");
+  const int byDefault = shadowed(defaultScene);
   const int two = shadowed(render("Two", {1.0, 1.0}));
   EXPECT_GT(byDefault, 200);
   EXPECT_GT(two, byDefault + 200);
