@@ -43,11 +43,19 @@ TEST(CommandLine, DefaultsScreenshotAndAutoplayAreReadAndUnitTestsAloneRunNoFram
   EXPECT_EQ(tests.frameLimit, 0);
   ASSERT_TRUE(Parse({"--run-unit-tests", "--frames", "3"}, testsThenPlay, error));
   EXPECT_EQ(testsThenPlay.frameLimit, 3);
+  EngineOptions replay;
+  EXPECT_EQ(plain.fixedFrameSeconds, 0.0);
+  EXPECT_FALSE(plain.seed.has_value());
+  ASSERT_TRUE(Parse({"--frame-time", "0.05", "--seed", "4294967295"}, replay, error));
+  EXPECT_DOUBLE_EQ(replay.fixedFrameSeconds, 0.05);
+  EXPECT_EQ(replay.seed, 4294967295u);
 }
 
 TEST(CommandLine, RejectsBadArgumentsNamingThem) {
   const std::vector<std::vector<const char*>> bad = {
-      {"--frames"}, {"--frames", "-3"}, {"--frames", "10x"}, {"--level", ""}, {"--fast"}};
+      {"--frames"},       {"--frames", "-3"},     {"--frames", "10x"},  {"--level", ""},
+      {"--fast"},         {"--frame-time", "0"},  {"--frame-time", "2"}, {"--frame-time", "x"},
+      {"--seed", "-1"},   {"--seed", "4294967296"}, {"--seed", ""}};
   for (const auto& args : bad) {
     EngineOptions options;
     std::string error;
@@ -77,7 +85,7 @@ std::vector<std::string> Matches(const std::string& output, const char* pattern)
 
 TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLevel) {
   const ProcessResult run = RunGrindle(
-      "--run-unit-tests --frames 3 --level Lobby --print-database "
+      "--run-unit-tests --frames 3 --level Lobby --print-database --frame-time 0.25 "
       "--data '" GRINDLE_GAME_DIR "'");
   ASSERT_EQ(run.status, 0) << run.output;
   EXPECT_EQ(Matches(run.output, ".*\\[(PASSED)\\].*").size(), 19u);
@@ -100,6 +108,8 @@ TEST(EngineBinary, RunsTheUnitTestsThenTheWholeLifeCycleInOrderOnTheRequestedLev
   EXPECT_NE(run.output.find("string (CurrentLevel) = Lobby"), std::string::npos) << run.output;
   EXPECT_NE(run.output.find("Database (Lobby) ="), std::string::npos);
   EXPECT_EQ(run.output.find("Database (SplashScreens) ="), std::string::npos);
+  // Whatever the frames really took, each counted as the given time.
+  EXPECT_NE(run.output.find("double (DT) = 0.250000"), std::string::npos);
 }
 
 TEST(EngineBinary, BrokenInvocationsFailWithAReason) {

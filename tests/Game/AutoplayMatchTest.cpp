@@ -1,23 +1,26 @@
 // `grindle --data game --autoplay`: the game fills every slot with the computer, plays one whole
-// match and quits after the results screen. The log lines the game prints are checked against its
-// rules: three knock-outs per free-for-all round, the round goes to the player nobody knocked out,
-// the match to the first to three round wins, named in exactly one "Winner:" line.
-#include <gtest/gtest.h>
+// match and quits after the results screen. The binary is run for the option itself; the match is
+// played by the same engine in this process, replayed alike every time, so that its screens can be
+// compared with golden images. The log lines the game prints are checked against its rules: three
+// knock-outs per free-for-all round, the round goes to the player nobody knocked out, the match to
+// the first to three round wins, named in exactly one "Winner:" line.
+#include <fcntl.h>
 
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "GameDriver.h"
 #include "ProcessRun.h"
 
 namespace grindle {
 namespace {
-
-// Generous for a fast machine (a match is a few hundred frames); the run ends by itself long before.
-constexpr const char* kFrameBound = "4000";
 
 ProcessResult RunGame(const std::string& arguments) {
   return RunProcess(std::string("SDL_VIDEODRIVER=offscreen ALSOFT_DRIVERS=null '") + GRINDLE_BINARY +
@@ -26,7 +29,7 @@ ProcessResult RunGame(const std::string& arguments) {
 
 // The option writes the one value, before the first level's scripts can look; without it the game
 // finds no such value and plays by its players' hands.
-TEST(AutoplayMatch, TheOptionSetsAutoPlayBeforeTheFirstLevel) {
+TEST(AutoplayOption, SetsAutoPlayBeforeTheFirstLevel) {
   const ProcessResult with = RunGame("--autoplay --level LoadingScreen --frames 2 --print-database");
   const ProcessResult without = RunGame("--level LoadingScreen --frames 2 --print-database");
   ASSERT_EQ(with.status, 0) << with.output;
@@ -40,12 +43,33 @@ struct Round {
   std::string winner;
 };
 
-TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
-  const ProcessResult run = RunGame(std::string("--autoplay --frames ") + kFrameBound);
-  ASSERT_EQ(run.status, 0) << run.output;
-  EXPECT_EQ(run.output.find("LUA ERR"), std::string::npos) << run.output;
-  EXPECT_EQ(run.output.find("Error executing"), std::string::npos) << run.output;
+// Standard output of the run, taken from file descriptor 1 while the engine runs in this process.
+class StdoutCapture {
+ public:
+  StdoutCapture() : path_(::testing::TempDir() + "grindle_autoplay_stdout.txt") {
+    std::fflush(stdout);
+    saved_ = dup(STDOUT_FILENO);
+    const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    dup2(file, STDOUT_FILENO);
+    close(file);
+  }
+  std::string Finish() {
+    std::fflush(stdout);
+    dup2(saved_, STDOUT_FILENO);
+    close(saved_);
+    std::ifstream in(path_);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
 
+ private:
+  std::string path_;
+  int saved_ = -1;
+};
+
+// The log of a whole match against the game's rules.
+void ExpectTheMatchFollowsTheRules(const std::string& output) {
+  EXPECT_EQ(output.find("LUA ERR"), std::string::npos) << output;
+  EXPECT_EQ(output.find("Error executing"), std::string::npos) << output;
   const std::regex roundStart(R"(Round (\d+) in (Arena|ArenaStorm))");
   const std::regex holds(R"(Potato: (Player [1-4]) has the potato)");
   const std::regex exploded(R"(Potato exploded: (Player [1-4]) is out)");
@@ -56,7 +80,7 @@ TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
   std::vector<std::string> winners;
   std::map<std::string, int> wins;
   std::string firstToThree;
-  std::istringstream lines(run.output);
+  std::istringstream lines(output);
   std::smatch m;
   for (std::string line; std::getline(lines, line);) {
     if (std::regex_match(line, m, roundStart)) {
@@ -77,7 +101,7 @@ TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
     }
   }
 
-  ASSERT_EQ(winners.size(), 1u) << run.output;
+  ASSERT_EQ(winners.size(), 1u) << output;
   EXPECT_EQ(winners[0], firstToThree);
   ASSERT_GE(rounds.size(), 3u);
   for (size_t i = 0; i < rounds.size(); ++i) {
@@ -92,6 +116,64 @@ TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndNamesTheWinnerOnce) {
   EXPECT_EQ(wins[firstToThree], 3);
   EXPECT_EQ(rounds.back().winner, firstToThree);
   EXPECT_EQ(holders, (std::set<std::string>{"Player 1", "Player 2", "Player 3", "Player 4"}));
+}
+
+// Each screen also shows what it is for in a direct pixel test, so that a wrong reference cannot
+// pass.
+void ExpectScreensMatchTheirGoldenImages(std::map<std::string, gfx::Image>& images) {
+  for (const char* name : {"menu", "lobby", "round", "results"}) {
+    ASSERT_EQ(images.count(name), 1u) << name << " was not captured";
+    ASSERT_EQ(images[name].width, game::kWindowWidth) << name;
+    ASSERT_EQ(images[name].height, game::kWindowHeight) << name;
+  }
+  const auto yellow = [](const glm::vec4& c) { return c.r > 0.6f && c.g > 0.5f && c.b < 0.4f; };
+  // The cursor starts on Play, the top line.
+  EXPECT_TRUE(yellow(images["menu"].At(160, 76)));
+  // The four characters in red, blue, green and yellow, shaded as computer players.
+  const gfx::Image& lobby = images["lobby"];
+  EXPECT_GT(lobby.At(75, 140).r, lobby.At(75, 140).b + 0.15f);
+  EXPECT_GT(lobby.At(130, 140).b, lobby.At(130, 140).r + 0.15f);
+  EXPECT_GT(lobby.At(187, 140).g, lobby.At(187, 140).r + 0.15f);
+  EXPECT_GT(lobby.At(245, 140).g, lobby.At(245, 140).b + 0.15f);
+  // "GO!" over the arena as play begins.
+  EXPECT_TRUE(yellow(images["round"].At(145, 70)));
+  // The winner, Player 4 in this replay, stands raised above the others.
+  EXPECT_TRUE(yellow(images["results"].At(245, 100)));
+  EXPECT_LT(images["results"].At(80, 100).r, 0.2f);
+  for (const char* name : {"menu", "lobby", "round", "results"})
+    gfx::ExpectMatchesGoldenFile(images[name], GRINDLE_GAME_GOLDEN_DIR, std::string("game_") + name);
+}
+
+// One unattended match, its log checked and its screens captured at fixed frames into the main
+// menu, the lobby, the first round and the results.
+TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndItsScreensMatchTheirGoldenImages) {
+  // Generous: the match is a few hundred frames; the game quits by itself long before.
+  constexpr int kFrameBound = 3000;
+  std::map<std::string, gfx::Image> images;
+  game::Steps steps;
+  const auto capture = [&](std::vector<std::string> levels, int frames, const char* name) {
+    steps.emplace_back(name, game::Check([levels](Database& root) {
+      for (const std::string& level : levels)
+        if (game::CurrentLevel(root) == level) return true;
+      return false;
+    }));
+    steps.emplace_back(std::string(name) + " settles", game::Wait(frames));
+    steps.emplace_back(std::string(name) + " captured", game::Capture(images, name));
+  };
+  capture({"LevelTitleScreen"}, 6, "menu");
+  capture({"Lobby"}, 6, "lobby");
+  capture({"Arena", "ArenaStorm"}, 5, "round");
+  capture({"Results"}, 6, "results");
+  steps.emplace_back("quits by itself", game::Wait(kFrameBound));
+  game::GameRun run;
+  run.options.autoPlay = true;
+  StdoutCapture output;
+  const std::string stuck = game::PlayGame(run, std::move(steps), kFrameBound);
+  const std::string log = output.Finish();
+  // Only the last step is left: the game quit after the results screen.
+  EXPECT_EQ(stuck, "quits by itself");
+  ExpectTheMatchFollowsTheRules(log);
+  ExpectScreensMatchTheirGoldenImages(images);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include <SDL.h>
 #include <gtest/gtest.h>
-#include <stb_image.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -24,32 +23,11 @@
 #include "Graphics/Graphics.h"
 #include "Graphics/GraphicsLibraryInterface.h"
 #include "Graphics/RenderInterface/OpenGL/OpenGLInterface.h"
+#include "GoldenCompare.h"
 #include "Platform/LeakReports.h"
 #include "SystemRig.h"
 
 namespace grindle::gfx {
-
-struct Image {
-  int width = 0;
-  int height = 0;
-  std::vector<unsigned char> rgba;  // top row first
-  glm::vec4 At(int x, int y) const {
-    const unsigned char* p = &rgba[(static_cast<size_t>(y) * width + x) * 4u];
-    return glm::vec4(p[0], p[1], p[2], p[3]) / 255.0f;
-  }
-};
-
-// Empty (0 x 0) when the file cannot be read.
-inline Image LoadPng(const std::string& path) {
-  Image image;
-  int channels = 0;
-  unsigned char* pixels = stbi_load(path.c_str(), &image.width, &image.height, &channels, 4);
-  if (pixels != nullptr) {
-    image.rgba.assign(pixels, pixels + static_cast<size_t>(image.width) * image.height * 4u);
-    stbi_image_free(pixels);
-  }
-  return image;
-}
 
 // One renderer serves a whole suite (compiling every effect on llvmpipe takes a while); each test
 // starts with no levels, the default lights and post-processing, and a 320 x 180 window.

@@ -13,6 +13,22 @@ bool ParseCount(const char* text, int64_t& value) {
   return status == std::errc() && last == end && value >= 0;
 }
 
+// A frame time for replays: positive and at most a second.
+bool ParseFrameTime(const char* text, double& seconds) {
+  const char* end = text + std::strlen(text);
+  const auto [last, status] = std::from_chars(text, end, seconds);
+  return status == std::errc() && last == end && seconds > 0.0 && seconds <= 1.0;
+}
+
+bool ParseSeed(const char* text, std::optional<uint32_t>& seed) {
+  const char* end = text + std::strlen(text);
+  uint32_t value = 0;
+  const auto [last, status] = std::from_chars(text, end, value);
+  if (status != std::errc() || last != end || last == text) return false;
+  seed = value;
+  return true;
+}
+
 }  // namespace
 
 const char* UsageText() {
@@ -29,6 +45,10 @@ const char* UsageText() {
          "                      'file:line: message' for each problem, exit status 1 if any\n"
          "  --autoplay          set GlobalVariables.AutoPlay to 1 before the first level: the game\n"
          "                      fills every player slot with the computer and plays by itself\n"
+         "  --frame-time SEC    count every frame as SEC seconds (above 0, at most 1) instead of\n"
+         "                      the measured time, whatever the machine's speed\n"
+         "  --seed N            start the random generator from N instead of the clock; with\n"
+         "                      --frame-time a run plays the same way every time\n"
          "  --help              this text\n";
 }
 
@@ -38,7 +58,8 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
   for (int i = 1; i < argc; ++i) {
     const std::string option = argv[i];
     const bool takesValue = option == "--frames" || option == "--level" || option == "--data" ||
-                            option == "--screenshot" || option == "--check-level";
+                            option == "--screenshot" || option == "--check-level" ||
+                            option == "--frame-time" || option == "--seed";
     if (takesValue && i + 1 >= argc) {
       error = option + " expects a value";
       return false;
@@ -49,6 +70,18 @@ bool ParseCommandLine(int argc, const char* const* argv, EngineOptions& options,
         return false;
       }
       hasFrameLimit = true;
+    } else if (option == "--frame-time") {
+      if (!ParseFrameTime(argv[++i], options.fixedFrameSeconds)) {
+        error = std::string("--frame-time expects seconds above 0 and at most 1, not '") + argv[i] +
+                "'";
+        return false;
+      }
+    } else if (option == "--seed") {
+      if (!ParseSeed(argv[++i], options.seed)) {
+        error = std::string("--seed expects a whole number from 0 to 4294967295, not '") +
+                argv[i] + "'";
+        return false;
+      }
     } else if (option == "--level") {
       options.firstLevel = argv[++i];
     } else if (option == "--data") {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace grindle {
@@ -17,6 +18,10 @@ struct EngineOptions {
   std::string screenshotFile;
   // The game plays itself: root GlobalVariables.AutoPlay is 1.0 before the first level loads.
   bool autoPlay = false;
+  // Replaying a run: every frame counts as `fixedFrameSeconds` (0: the measured time) and the
+  // random generator starts from `seed` instead of the clock.
+  double fixedFrameSeconds = 0.0;
+  std::optional<uint32_t> seed;
   bool showHelp = false;
   std::string checkLevel;  // check this level's files instead of running the game
 };

@@ -51,7 +51,8 @@ void ApplyAutoPlay(Database& root) {
 }  // namespace
 
 int RunEngine(const EngineOptions& options, const LoopSystemsArrangement& arrange) {
-  std::srand(static_cast<unsigned>(platform::MillisecondsSinceEpoch()));
+  std::srand(options.seed ? *options.seed
+                         : static_cast<unsigned>(platform::MillisecondsSinceEpoch()));
   auto registry = std::make_unique<MemoryManagerRegistry>();
   InstallMemoryRegistry(registry.get());
   auto threads = std::make_unique<ThreadManager>(kWorkerThreads, kJobLimit);
@@ -89,7 +90,8 @@ int RunEngine(const EngineOptions& options, const LoopSystemsArrangement& arrang
 
   const std::vector<ISystem*> loopSystems =
       arrange ? arrange(systems->Systems(), *root) : systems->Systems();
-  FrameLoop loop({*root, *messages, *resources, *levels, *window, loopSystems});
+  FrameLoop loop({*root, *messages, *resources, *levels, *window, loopSystems},
+                 options.fixedFrameSeconds);
   loop.Run(options.frameLimit);
   AfterFrameLoop(options, *root, *messages);
 

@@ -70,7 +70,7 @@ void FrameLoop::RunFrame(GameTimer& timer) {
   }
   services_.levels.ProcessLevelChange(services_.systems);
   services_.messages.Deliver(MessageHandler::kDeliverAll);
-  const double frameTime = timer.DeltaTime();
+  const double frameTime = fixedFrameSeconds_ > 0.0 ? fixedFrameSeconds_ : timer.DeltaTime();
   WriteEntry<double>(services_.root, WellKnown::DT, frameTime);
   for (ISystem* system : services_.systems) system->Update(static_cast<float>(frameTime));
   const uint32_t sleep = FrameSleepMilliseconds(timer.SinceLastTick());

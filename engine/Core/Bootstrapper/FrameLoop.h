@@ -35,7 +35,10 @@ struct FrameLoopServices {
 
 class FrameLoop {
  public:
-  explicit FrameLoop(const FrameLoopServices& services) : services_(services) {}
+  // A positive `fixedFrameSeconds` replaces the measured frame time in `DT` and every Update
+  // (automation, for runs that must replay alike); the loop's pacing stays the same.
+  explicit FrameLoop(const FrameLoopServices& services, double fixedFrameSeconds = 0.0)
+      : services_(services), fixedFrameSeconds_(fixedFrameSeconds) {}
 
   // Runs until the quit message; with a non-negative `frameLimit`, also stops after that many
   // frames (automation only: the engine itself runs without a limit).
@@ -50,6 +53,7 @@ class FrameLoop {
 
   FrameLoopServices services_;
   FrameStatistics statistics_;
+  double fixedFrameSeconds_;
 };
 
 }  // namespace grindle
