@@ -4,16 +4,11 @@
 // compared with golden images. The log lines the game prints are checked against its rules: three
 // knock-outs per free-for-all round, the round goes to the player nobody knocked out, the match to
 // the first to three round wins, named in exactly one "Winner:" line.
-#include <fcntl.h>
-
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "GameDriver.h"
@@ -41,29 +36,6 @@ TEST(AutoplayOption, SetsAutoPlayBeforeTheFirstLevel) {
 struct Round {
   std::vector<std::string> knockedOut;
   std::string winner;
-};
-
-// Standard output of the run, taken from file descriptor 1 while the engine runs in this process.
-class StdoutCapture {
- public:
-  StdoutCapture() : path_(::testing::TempDir() + "grindle_autoplay_stdout.txt") {
-    std::fflush(stdout);
-    saved_ = dup(STDOUT_FILENO);
-    const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    dup2(file, STDOUT_FILENO);
-    close(file);
-  }
-  std::string Finish() {
-    std::fflush(stdout);
-    dup2(saved_, STDOUT_FILENO);
-    close(saved_);
-    std::ifstream in(path_);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
-
- private:
-  std::string path_;
-  int saved_ = -1;
 };
 
 // The log of a whole match against the game's rules.
@@ -167,7 +139,7 @@ TEST(AutoplayMatch, PlaysOneWholeMatchByTheRulesAndItsScreensMatchTheirGoldenIma
   steps.emplace_back("quits by itself", game::Wait(kFrameBound));
   game::GameRun run;
   run.options.autoPlay = true;
-  StdoutCapture output;
+  game::StdoutCapture output;
   const std::string stuck = game::PlayGame(run, std::move(steps), kFrameBound);
   const std::string log = output.Finish();
   // Only the last step is left: the game quit after the results screen.

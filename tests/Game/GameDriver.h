@@ -5,12 +5,15 @@
 #pragma once
 
 #include <SDL.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
@@ -178,6 +181,29 @@ class StepPlayer final : public ISystem {
   int budget_;
   size_t next_ = 0;
   bool quitSent_ = false;
+};
+
+// Standard output of the run, taken from file descriptor 1 while the engine runs in this process.
+class StdoutCapture {
+ public:
+  StdoutCapture() : path_(::testing::TempDir() + "grindle_game_stdout.txt") {
+    std::fflush(stdout);
+    saved_ = dup(STDOUT_FILENO);
+    const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    dup2(file, STDOUT_FILENO);
+    close(file);
+  }
+  std::string Finish() {
+    std::fflush(stdout);
+    dup2(saved_, STDOUT_FILENO);
+    close(saved_);
+    std::ifstream in(path_);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
+
+ private:
+  std::string path_;
+  int saved_ = -1;
 };
 
 struct GameRun {
