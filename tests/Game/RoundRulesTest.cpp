@@ -3,6 +3,7 @@
 // Player 1 walks into Player 2 with injected key presses; power-ups are put where a player stands.
 // What is checked is what the game shows and records: the HUD, GlobalVariables, the objects'
 // places and the log lines.
+#include <algorithm>
 #include <cmath>
 #include <string>
 
