@@ -91,6 +91,11 @@ inline void SetKey(SDL_Scancode key, bool down) {
   SDL_PushEvent(&event);
 }
 
+// A file of this process in the temporary folder: tests run side by side, in other checkouts too.
+inline std::string TempFile(const std::string& name) {
+  return ::testing::TempDir() + "grindle_game_" + std::to_string(getpid()) + "_" + name;
+}
+
 inline Step WaitForLevel(const std::string& level) {
   return [level](Database& root) { return CurrentLevel(root) == level; };
 }
@@ -123,14 +128,14 @@ inline Step Check(std::function<bool(Database&)> test) { return test; }
 // The frame as the player sees it, through the renderer's own screenshot: asked for in one frame,
 // written when the request is delivered at the start of the next, read back in that one.
 inline Step Capture(std::map<std::string, gfx::Image>& images, const std::string& name) {
-  const std::string file = ::testing::TempDir() + "grindle_game_" + name + ".png";
+  const std::string file = TempFile(name + ".png");
   return [&images, name, file, frame = 0](Database& root) mutable {
     if (frame++ == 0) {
-      std::remove(file.c_str());
       msg::Post(Messages(root), msg::kScreenshot, file);
       return false;
     }
     images[name] = gfx::LoadPng(file);
+    std::remove(file.c_str());
     return true;
   };
 }
@@ -186,7 +191,7 @@ class StepPlayer final : public ISystem {
 // Standard output of the run, taken from file descriptor 1 while the engine runs in this process.
 class StdoutCapture {
  public:
-  StdoutCapture() : path_(::testing::TempDir() + "grindle_game_stdout.txt") {
+  StdoutCapture() : path_(TempFile("stdout.txt")) {
     std::fflush(stdout);
     saved_ = dup(STDOUT_FILENO);
     const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -198,7 +203,9 @@ class StdoutCapture {
     dup2(saved_, STDOUT_FILENO);
     close(saved_);
     std::ifstream in(path_);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    std::remove(path_.c_str());
+    return text;
   }
 
  private:
