@@ -152,6 +152,10 @@ TEST(RoundRules, TouchingPassesThePotatoButNotStraightBack) {
   EXPECT_NE(log.find("Potato: Player 1 has the potato\n", toPlayer2), std::string::npos) << log;
 }
 
+// The power-ups appear by themselves, two to six seconds into play. With the driver's seed the fuse
+// still has about three seconds left when the short fuse is taken; scripts that draw their random
+// numbers differently play another round, and a fuse that ends early shows as Player 1 out before
+// the shield step.
 TEST(RoundRules, PowerUpsGiveSpeedAShieldAndAShorterFuse) {
   double plainStride = 0.0, fastStride = 0.0, fuseBefore = 0.0;
   Steps steps = {
