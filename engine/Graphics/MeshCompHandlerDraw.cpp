@@ -24,6 +24,17 @@ void DrawPasses(InputAssembler& assembler, EffectT& effect, Tech technique,
   }
 }
 
+// The object's world, its inverse transpose, world x viewProj (GLM products read right to left, so
+// viewProj * world) and its texture transform, which the lit and shadow effects name alike.
+template <class EffectT, class Var>
+void SetObjectMatrices(EffectT& effect, Var, const Database& object, const glm::mat4& viewProj) {
+  const glm::mat4 world = ReadWorldMatrix(object);
+  effect.SetMatrix(effect.Var(Var::gWorld), world);
+  effect.SetMatrix(effect.Var(Var::gWorldInvTranspose), glm::inverseTranspose(world));
+  effect.SetMatrix(effect.Var(Var::gWorldViewProj), viewProj * world);
+  effect.SetMatrix(effect.Var(Var::gTexTransform), ReadTextureTransform(object));
+}
+
 }  // namespace
 
 const MeshRecord& MeshCompHandler::BindMesh(const Database& meshComponent) {
@@ -55,12 +66,7 @@ void MeshCompHandler::DrawLit(const LevelMeshes& meshes, const glm::mat4& viewPr
   listed_.ForEach(
       *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
         const MeshRecord& record = BindMesh(mesh);
-        // GLM products read right to left: world x viewProj is viewProj * world.
-        const glm::mat4 world = ReadWorldMatrix(object);
-        effect.SetMatrix(effect.Var(BasicVar::gWorld), world);
-        effect.SetMatrix(effect.Var(BasicVar::gWorldInvTranspose), glm::inverseTranspose(world));
-        effect.SetMatrix(effect.Var(BasicVar::gWorldViewProj), viewProj * world);
-        effect.SetMatrix(effect.Var(BasicVar::gTexTransform), ReadTextureTransform(object));
+        SetObjectMatrices(effect, BasicVar{}, object, viewProj);
 
         const LitTechniqueChoice choice = ChooseLitTechnique(mesh);
         if (choice.diffuseMap) {
@@ -117,11 +123,7 @@ void MeshCompHandler::DrawShadowCasters(const glm::mat4& lightViewProj) {
   listed_.ForEach(
       *meshes.list, *meshes.gameObjects, [&](const Database& object, const Database& mesh) {
         const MeshRecord& record = BindMesh(mesh);
-        const glm::mat4 world = ReadWorldMatrix(object);
-        effect.SetMatrix(effect.Var(ShadowVar::gWorld), world);
-        effect.SetMatrix(effect.Var(ShadowVar::gWorldInvTranspose), glm::inverseTranspose(world));
-        effect.SetMatrix(effect.Var(ShadowVar::gWorldViewProj), lightViewProj * world);
-        effect.SetMatrix(effect.Var(ShadowVar::gTexTransform), ReadTextureTransform(object));
+        SetObjectMatrices(effect, ShadowVar{}, object, lightViewProj);
         DrawPasses(device_.Assembler(), effect, ShadowTech::BuildShadowMapTech, record);
       });
 }
