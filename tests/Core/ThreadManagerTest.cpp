@@ -8,23 +8,13 @@
 #include <vector>
 
 #include "Core/ThreadManager.h"
+#include "Eventually.h"
 #include "TestOutput.h"
 
 namespace grindle {
 namespace {
 
 using namespace std::chrono_literals;
-
-// Polls until `condition` holds; false after five seconds so that a fault fails instead of hanging.
-template <class F>
-bool Eventually(F&& condition) {
-  auto deadline = std::chrono::steady_clock::now() + 5s;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::sleep_for(1ms);
-  }
-  return true;
-}
 
 // Long enough for an idle worker to have taken a job, had it been able to.
 void GiveWorkersAChance() { std::this_thread::sleep_for(30ms); }

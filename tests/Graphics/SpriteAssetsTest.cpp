@@ -12,6 +12,7 @@
 
 #include "Core/ResourceManager.h"
 #include "Core/ThreadManager.h"
+#include "Eventually.h"
 #include "Graphics/RenderInterface/OpenGL/Sprites/SpriteAssets.h"
 #include "RendererFixture.h"
 
@@ -51,15 +52,11 @@ class SpriteAssetsTest : public RendererFixture {
     fs::remove_all(tree_);
   }
 
-  // Updates the resource manager until `done` holds or ten seconds pass (the watcher's round
-  // trip takes seconds on a machine loaded by parallel builds).
   static bool UpdateUntil(ResourceManager& resources, const std::function<bool()>& done) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!done() && std::chrono::steady_clock::now() < deadline) {
+    return Eventually([&] {
       resources.Update();
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return done();
+      return done();
+    });
   }
 
   const fs::path tree_ = fs::path(testing::TempDir()) / "grindle_sprite_assets";
