@@ -13,6 +13,7 @@
 #include "Core/MetaResource.h"
 #include "Core/ResourceManager.h"
 #include "Core/ThreadManager.h"
+#include "Eventually.h"
 
 namespace grindle {
 namespace {
@@ -46,17 +47,16 @@ class ResourceManagerTest : public testing::Test {
     std::ofstream(root_ / name) << text;
   }
 
-  // Runs frames until `resource` was reloaded or two seconds went by. The first frame comes only
+  // Runs frames until `resource` was reloaded. The first frame comes only
   // after the watcher had time to read everything already written, so writes made before the
   // call fall into one frame.
   void FramesUntilReloaded(ResourceManager& manager, const CountingResource& resource) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    const auto deadline = Clock::now() + std::chrono::seconds(2);
-    while (resource.reloads == 0 && Clock::now() < deadline) {
+    Eventually([&] {
       manager.Update();
       messages_.Deliver(MessageHandler::kDeliverAll);
-      if (resource.reloads == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+      return resource.reloads != 0;
+    });
   }
 
   fs::path root_;
