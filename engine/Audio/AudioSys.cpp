@@ -56,6 +56,7 @@ SoundItem* AudioSys::PickItem(std::string_view name) {
 }
 
 void AudioSys::StartItem(SoundItem& item, float scale, bool isLooping, const Vec3* position) {
+  bank_.Decode(item);
   item.channel = pool_.PlayBuffer(item.buffer, ChannelGroup::kEffect);
   pool_.SetVolume(item.channel, item.volume * fSoundVolume_ * scale);
   pool_.SetLooping(item.channel, isLooping);

@@ -61,15 +61,26 @@ SoundBank::~SoundBank() {
 }
 
 void SoundBank::LoadSound(const std::string& path) {
-  const std::unique_ptr<SoundDecoder> decoder = SoundDecoder::Open(path);
-  GRINDLE_ASSERT_TEXT(decoder == nullptr, kResultText, "Failed to allocate sound");
-  const std::vector<int16_t> samples = decoder->ReadAll();
+  // Opening reads the headers, which is where a file that is not a sound fails.
+  GRINDLE_ASSERT_TEXT(SoundDecoder::Open(path) == nullptr, kResultText, "Failed to allocate sound");
   SoundItem item;
   item.buffer = device_.CreateBuffer();
+  item.sUndecodedPath = path;
+  sounds_[NameOfPath(path)].push_back(std::move(item));
+}
+
+void SoundBank::Decode(SoundItem& item) {
+  if (item.sUndecodedPath.empty()) return;
+  const std::string path = std::move(item.sUndecodedPath);
+  item.sUndecodedPath.clear();
+  // Read at load already; should the file have gone since, the decoder says so and the effect
+  // stays silent.
+  const std::unique_ptr<SoundDecoder> decoder = SoundDecoder::Open(path);
+  if (decoder == nullptr) return;
+  const std::vector<int16_t> samples = decoder->ReadAll();
   device_.FillBuffer(item.buffer, samples.data(),
                      samples.size() / static_cast<size_t>(decoder->Channels()), decoder->Channels(),
                      decoder->Rate());
-  sounds_[NameOfPath(path)].push_back(item);
 }
 
 void SoundBank::LoadLine(const std::string& path) {

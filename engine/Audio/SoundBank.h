@@ -1,8 +1,9 @@
 // Everything the audio system can play, loaded once from the three asset folders: sound effects
-// decoded whole into buffers, voice-over lines and songs opened as streams. A file's name without
-// its extension and without a trailing "_<digits>" is the name it plays under, so "Jump.wav" and
-// "Jump_2.wav" are two variants of "Jump". Owned by AudioSys; main thread only. A file that cannot
-// be decoded stops the program (the device must outlive the bank).
+// checked at load and decoded whole into their buffers when first played, voice-over lines and
+// songs opened as streams. A file's name without its extension and without a trailing "_<digits>"
+// is the name it plays under, so "Jump.wav" and "Jump_2.wav" are two variants of "Jump". Owned by
+// AudioSys; main thread only. A file that cannot be decoded stops the program at load (the device
+// must outlive the bank).
 #pragma once
 
 #include <memory>
@@ -23,6 +24,8 @@ struct SoundItem {
   uint32_t buffer = 0;
   ChannelHandle channel;
   float volume = 1.0f;
+  // The file whose samples the buffer is still waiting for; empty once decoded.
+  std::string sUndecodedPath;
 };
 
 using VoiceLines = std::vector<std::unique_ptr<Stream>>;
@@ -42,6 +45,9 @@ class SoundBank {
   std::vector<SoundItem>* FindSound(std::string_view name);
   Song* FindSong(std::string_view name);
   VoiceLines* FindLines(std::string_view name);
+  // Fills the item's buffer from its file the first time it is played; a game rarely plays every
+  // effect it ships, and decoding them all would hold up the start.
+  void Decode(SoundItem& item);
 
   std::unordered_map<std::string, std::vector<SoundItem>>& Sounds() { return sounds_; }
   std::unordered_map<std::string, Song>& Songs() { return songs_; }

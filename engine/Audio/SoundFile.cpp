@@ -27,15 +27,23 @@ std::unique_ptr<SoundDecoder> SoundDecoder::Open(const std::string& path) {
     sf_close(file);
     return nullptr;
   }
-  // Float sources are scaled into the 16-bit range rather than wrapped.
-  sf_command(file, SFC_SET_SCALE_FLOAT_INT_READ, nullptr, SF_TRUE);
   return std::unique_ptr<SoundDecoder>(
       new SoundDecoder(file, info.channels, info.samplerate, static_cast<size_t>(info.frames)));
 }
 
 SoundDecoder::~SoundDecoder() { sf_close(File(pFile_)); }
 
+// Float sources (Vorbis among them) are scaled by their loudest sample into the 16-bit range
+// rather than wrapped. Finding that sample decodes the whole file, so it waits for the first read
+// instead of slowing every open; the library puts the read position back where it was.
+void SoundDecoder::ScaleFloatSource() {
+  if (isScaleSet_) return;
+  sf_command(File(pFile_), SFC_SET_SCALE_FLOAT_INT_READ, nullptr, SF_TRUE);
+  isScaleSet_ = true;
+}
+
 size_t SoundDecoder::Read(int16_t* out, size_t frames) {
+  ScaleFloatSource();
   const sf_count_t read = sf_readf_short(File(pFile_), out, static_cast<sf_count_t>(frames));
   return read > 0 ? static_cast<size_t>(read) : 0;
 }

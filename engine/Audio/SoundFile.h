@@ -1,6 +1,7 @@
 // Decoding of sound files (WAV, Ogg Vorbis, FLAC... whatever libsndfile reads) into 16-bit PCM,
 // either whole or a chunk at a time for streams. One decoder per open file; main thread only.
-// A decoder that could not open its file does not exist: Open returns null and says why.
+// A decoder that could not open its file does not exist: Open returns null and says why. Opening
+// reads only the headers; samples are decoded when first read.
 #pragma once
 
 #include <cstddef>
@@ -32,11 +33,13 @@ class SoundDecoder {
  private:
   SoundDecoder(void* file, int channels, int rate, size_t totalFrames)
       : pFile_(file), channels_(channels), rate_(rate), totalFrames_(totalFrames) {}
+  void ScaleFloatSource();
 
   void* pFile_;
   int channels_;
   int rate_;
   size_t totalFrames_;
+  bool isScaleSet_ = false;
 };
 
 }  // namespace grindle

@@ -75,6 +75,28 @@ TEST(AudioMix, LoopingSoundPlaysUntilStoppedByNameOrWithAllTheOthers) {
       << "it went on after StopAllSounds";
 }
 
+// Effects are decoded when first played, not at start. A Vorbis effect (a float source) is still
+// scaled up to its own loudest sample: a quiet one plays as loud as a full-scale WAV.
+TEST(AudioMix, EffectsDecodeWhenFirstPlayedAndQuietVorbisStillPlaysAtFullScale) {
+  AudioRig rig;
+  rig.AddTone("Sounds/Quiet.ogg", 0.3, 0.25).AddTone("Sounds/Loud.wav", 0.3, 0.99).Start();
+  const auto decoded = [&rig](const char* name) {
+    return rig.Sys().Bank().FindSound(name)->front().sUndecodedPath.empty();
+  };
+  EXPECT_FALSE(decoded("Quiet"));
+  EXPECT_FALSE(decoded("Loud"));
+  rig.Send("PlaySound", "Quiet", 0.0).Run(0.5);
+  EXPECT_TRUE(decoded("Quiet"));
+  EXPECT_FALSE(decoded("Loud"));
+  rig.Send("PlaySound", "Loud", 0.0).Run(0.5);
+  const Mix mix = rig.Finish();
+
+  const std::vector<Span> spans = mix.AudibleSpans();
+  ASSERT_EQ(spans.size(), 2u);
+  EXPECT_NEAR(spans[0].Length(), 0.3, 0.05);
+  EXPECT_NEAR(mix.LevelIn(spans[0]) / mix.LevelIn(spans[1]), 1.0, 0.1);
+}
+
 // The committed demo content: every file decodes, the title theme plays at start and the menu
 // theme takes over when asked.
 TEST(AudioMix, DemoContentLoadsAndItsThemesPlay) {
