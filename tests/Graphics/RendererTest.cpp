@@ -7,6 +7,7 @@
 #include <fstream>
 #include <glm/geometric.hpp>
 #include <map>
+#include <random>
 #include <sstream>
 #include <thread>
 
@@ -14,6 +15,7 @@
 #include "Core/ThreadManager.h"
 #include "Eventually.h"
 #include "Graphics/Effects/EffectSlots.h"
+#include "Graphics/RenderInterface/OpenGL/ImageMips.h"
 #include "Graphics/RenderInterface/OpenGL/LightManager.h"
 #include "Graphics/RenderInterface/OpenGL/RenderMath.h"
 #include "Input/Keyboard.h"
@@ -377,6 +379,100 @@ TEST_F(RendererTest, BothRenderApisGiveTheOpenGLRendererAndOthersNone) {
   messages_.Send("FullScreenMSG");
   SendNow("LoadShaders");
   EXPECT_TRUE(Renderer().Device().SceneShadersLoaded());
+}
+
+// Mip chains and presenting use the renderer's own copy program (the driver's glGenerateMipmap and
+// glBlitFramebuffer compile shaders in every process). From one odd-sized random image: the copy's
+// chain is the driver's to the bit, the chain made on the CPU for file textures is within rounding
+// of it, the flipped copy is the image upside down, and the GL state around a copy is as it was.
+TEST_F(RendererTest, OwnMipChainsMatchTheDriversAndACopyLeavesTheStateAsFound) {
+  constexpr int kWidth = 37, kHeight = 22;
+  const int levels = MipLevelCount(kWidth, kHeight);
+  ASSERT_EQ(levels, 6);
+  std::vector<uint8_t> pixels(kWidth * kHeight * 4);
+  std::mt19937 random(16);
+  for (uint8_t& value : pixels) value = static_cast<uint8_t>(random());
+  const auto makeTexture = [&](int levelCount) {
+    GLuint texture = 0;
+    glCreateTextures(GL_TEXTURE_2D, 1, &texture);
+    glTextureStorage2D(texture, levelCount, GL_RGBA8, kWidth, kHeight);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTextureSubImage2D(texture, 0, 0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE,
+                        pixels.data());
+    return texture;
+  };
+  const auto readLevel = [](GLuint texture, int level) {
+    GLint width = 0, height = 0;
+    glGetTextureLevelParameteriv(texture, level, GL_TEXTURE_WIDTH, &width);
+    glGetTextureLevelParameteriv(texture, level, GL_TEXTURE_HEIGHT, &height);
+    std::vector<uint8_t> texels(static_cast<size_t>(width * height * 4));
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glGetTextureImage(texture, level, GL_RGBA, GL_UNSIGNED_BYTE,
+                      static_cast<GLsizei>(texels.size()), texels.data());
+    return texels;
+  };
+  const GLuint driver = makeTexture(levels);
+  glGenerateTextureMipmap(driver);
+  const GLuint own = makeTexture(levels);
+
+  // What a pass may have left behind; each would spoil a copy that did not switch it off.
+  GLuint framebuffer = 0;
+  glCreateFramebuffers(1, &framebuffer);
+  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffer);
+  glViewport(3, 4, 5, 6);
+  glColorMask(GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE);
+  glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+  const GLenum switchedOn[] = {GL_BLEND, GL_DEPTH_TEST, GL_CULL_FACE, GL_SCISSOR_TEST};
+  for (GLenum capability : switchedOn) glEnable(capability);
+  Renderer().Device().Copier().GenerateMips(own, kWidth, kHeight, levels);
+  GLint bound = 0, viewport[4] = {}, polygonMode[2] = {};
+  GLboolean mask[4] = {};
+  glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+  glGetIntegerv(GL_VIEWPORT, viewport);
+  glGetIntegerv(GL_POLYGON_MODE, polygonMode);
+  glGetBooleanv(GL_COLOR_WRITEMASK, mask);
+  EXPECT_EQ(bound, static_cast<GLint>(framebuffer));
+  EXPECT_EQ(std::vector<GLint>(viewport, viewport + 4), (std::vector<GLint>{3, 4, 5, 6}));
+  EXPECT_EQ(polygonMode[0], GL_LINE);
+  EXPECT_EQ(std::vector<GLboolean>(mask, mask + 4),
+            (std::vector<GLboolean>{GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE}));
+  for (GLenum capability : switchedOn) {
+    EXPECT_TRUE(glIsEnabled(capability)) << capability;
+    glDisable(capability);
+  }
+  glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+  glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+  GLint baseLevel = -1;
+  glGetTextureParameteriv(own, GL_TEXTURE_BASE_LEVEL, &baseLevel);
+  EXPECT_EQ(baseLevel, 0) << "the level range is put back";
+
+  ImageLevel cpu{kWidth, kHeight, pixels};
+  for (int level = 1; level < levels; ++level) {
+    SCOPED_TRACE(level);
+    const std::vector<uint8_t> expected = readLevel(driver, level);
+    EXPECT_EQ(readLevel(own, level), expected);
+    cpu = HalveImage(cpu.rgba.data(), cpu.width, cpu.height);
+    ASSERT_EQ(cpu.rgba.size(), expected.size());
+    int worst = 0;
+    for (size_t i = 0; i < expected.size(); ++i)
+      worst = std::max(worst, std::abs(int(cpu.rgba[i]) - int(expected[i])));
+    EXPECT_LE(worst, 2);
+  }
+
+  const GLuint flipped = makeTexture(1);
+  glNamedFramebufferTexture(framebuffer, GL_COLOR_ATTACHMENT0, flipped, 0);
+  Renderer().Device().Copier().CopyFlipped(driver, framebuffer, kWidth, kHeight);
+  const std::vector<uint8_t> copy = readLevel(flipped, 0);
+  const size_t row = kWidth * 4;
+  for (int y = 0; y < kHeight; ++y) {
+    ASSERT_TRUE(std::equal(copy.begin() + y * row, copy.begin() + (y + 1) * row,
+                           pixels.begin() + (kHeight - 1 - y) * row))
+        << "row " << y;
+  }
+  glBindFramebuffer(GL_FRAMEBUFFER, 0);
+  glDeleteFramebuffers(1, &framebuffer);
+  const GLuint textures[] = {driver, own, flipped};
+  glDeleteTextures(3, textures);
 }
 
 using RendererDeathTest = RendererTest;

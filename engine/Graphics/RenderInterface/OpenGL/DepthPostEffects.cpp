@@ -22,7 +22,7 @@ float DepthAt(float distance) {
 void DepthOfFieldPostEffect::Resize(int width, int height) {
   blur_.Resize(width, height);
   blurAgain_.Resize(width, height);
-  result_.Create(width, height, true);
+  CreateImageTarget(result_, width, height);
 }
 
 RenderTarget* DepthOfFieldPostEffect::Apply(RenderTarget* input) {

@@ -34,7 +34,7 @@ class SsaoPostEffect final : public IPostEffect {
   SsaoPostEffect(RenderDevice& device, const GLuint& sceneDepth);
   ~SsaoPostEffect() override;
   const char* Name() const override { return "SSAO"; }
-  void Resize(int width, int height) override { result_.Create(width, height, true); }
+  void Resize(int width, int height) override { CreateImageTarget(result_, width, height); }
   RenderTarget* Apply(RenderTarget* input) override;
 
  private:

@@ -159,7 +159,7 @@ void LightManager::RenderShadowMaps(MeshPass* meshes, ModelManager* models) {
     SetRasterizerState(kRasterShadow);
     if (meshes != nullptr) meshes->DrawShadowCasters(viewProj);
     if (models != nullptr) models->DrawShadowCasters(viewProj);
-    map.End();
+    map.End(device_.Copier());
   };
   // A light that casts no shadow costs no shadow map.
   for (size_t i = 0; i < kDirectionalLightCount; ++i) {
@@ -184,11 +184,14 @@ void LightManager::Apply(const glm::vec3& eye, const glm::mat4& viewProj) {
                            kDirectionalLightCount);
     effect->SetMatrixArray(effect->Var(Var::gSpotShadowTransforms), spotViewProj_.data(),
                            kSpotLightCount);
+    // The lit effects look up only casting lights' maps; the others stay unmade and unbound.
     for (uint32_t i = 0; i < kDirectionalLightCount; ++i) {
-      effect->SetTexture(effect->Var(Var::gDirShadowMaps), directionalMaps_[i].DepthTexture(), i);
+      const GLuint map = directionalCasts[i] != 0.0f ? directionalMaps_[i].DepthTexture() : 0;
+      effect->SetTexture(effect->Var(Var::gDirShadowMaps), map, i);
     }
     for (uint32_t i = 0; i < kSpotLightCount; ++i) {
-      effect->SetTexture(effect->Var(Var::gSpotShadowMaps), spotMaps_[i].DepthTexture(), i);
+      const GLuint map = spotCasts[i] != 0.0f ? spotMaps_[i].DepthTexture() : 0;
+      effect->SetTexture(effect->Var(Var::gSpotShadowMaps), map, i);
     }
     effect->SetRaw(effect->Var(Var::gDirFloateans), directionalCasts.data(),
                    sizeof(directionalCasts));

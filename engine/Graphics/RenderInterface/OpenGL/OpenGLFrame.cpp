@@ -71,7 +71,7 @@ void OpenGLInterface::GlowPass(const glm::mat4& viewProj) {
   targets_.CurrentGlow()->Begin();
   meshes_->Draw(true, viewProj, device_.Textures());
   models_->Draw(1, viewProj, device_.Textures());
-  targets_.CurrentGlow()->End();
+  targets_.CurrentGlow()->End(device_.Copier());
 }
 
 void OpenGLInterface::OverlayPass(const glm::mat4& viewProj) {
@@ -82,7 +82,7 @@ void OpenGLInterface::OverlayPass(const glm::mat4& viewProj) {
   const glm::vec3& look = frame_.LookDirection();
   msg::Post(messages_, msg::kUpdate3DSoundListener, eye.x, eye.y, eye.z, look.x, look.y, look.z);
   sprites_->Draw(viewProj, static_cast<float>(renderWidth_), static_cast<float>(renderHeight_));
-  targets_.Overlay().End();
+  targets_.Overlay().End(device_.Copier());
 }
 
 void OpenGLInterface::Render(float dt) {
@@ -103,7 +103,7 @@ void OpenGLInterface::Render(float dt) {
   targets_.Scene().Begin();
   SetSceneLayout(assembler);
   ScenePass(viewProj, dt);
-  targets_.Scene().End();
+  targets_.Scene().End(device_.Copier());
 
   GlowPass(viewProj);
 
@@ -116,7 +116,7 @@ void OpenGLInterface::Render(float dt) {
   OverlayPass(viewProj);
   FinalComposite(*image);
 
-  if (!device_.Context().Present()) {
+  if (!device_.Present()) {
     minimized_ = true;
     msg::Post(messages_, msg::kMinimizeWindow);
   }

@@ -28,7 +28,7 @@ void DrawImagePass(RenderDevice& device, QuadTech technique, RenderTarget& targe
     quad->ApplyPass(handle, pass);
     device.Assembler().DrawIndexed(FullScreenQuad::kIndexCount, 0, 0);
   }
-  target.End();
+  target.End(device.Copier());
 }
 
 RenderTarget* ImagePostEffect::Apply(RenderTarget* input) {
@@ -37,8 +37,8 @@ RenderTarget* ImagePostEffect::Apply(RenderTarget* input) {
 }
 
 void BlurPostEffect::Resize(int width, int height) {
-  horizontal_.Create(Half(width), Half(height), true);
-  vertical_.Create(Half(width), Half(height), true);
+  CreateImageTarget(horizontal_, Half(width), Half(height));
+  CreateImageTarget(vertical_, Half(width), Half(height));
 }
 
 RenderTarget* BlurPostEffect::Blur(GLuint source) {
@@ -50,9 +50,9 @@ RenderTarget* BlurPostEffect::Blur(GLuint source) {
 RenderTarget* BlurPostEffect::Apply(RenderTarget* input) { return Blur(input->ColorTexture()); }
 
 void BloomPostEffect::Resize(int width, int height) {
-  bright_.Create(Half(width), Half(height), true);
+  CreateImageTarget(bright_, Half(width), Half(height));
   blur_.Resize(Half(width) * 2, Half(height) * 2);
-  result_.Create(width, height, true);
+  CreateImageTarget(result_, width, height);
 }
 
 RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
@@ -66,9 +66,9 @@ RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
 }
 
 void GlowPostEffect::Resize(int width, int height) {
-  mixed_.Create(Half(width), Half(height), true);
+  CreateImageTarget(mixed_, Half(width), Half(height));
   blur_.Resize(width, height);
-  result_.Create(width, height, true);
+  CreateImageTarget(result_, width, height);
 }
 
 RenderTarget* GlowPostEffect::Apply(RenderTarget* input) {

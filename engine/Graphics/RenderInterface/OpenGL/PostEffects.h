@@ -9,6 +9,11 @@ namespace grindle::gfx {
 
 class RenderDevice;
 
+// Sizes a post effect's own target: colour only, since image passes neither test nor read depth.
+inline void CreateImageTarget(RenderTarget& target, int width, int height) {
+  target.Create(width, height, true, GL_RGBA8, TargetDepth::kWithout);
+}
+
 // Draws `source` (and `second` as gTexture2 when given) into `target` with one technique; the
 // full-screen quad must be bound.
 void DrawImagePass(RenderDevice& device, QuadTech technique, RenderTarget& target, GLuint source,
@@ -20,7 +25,7 @@ class ImagePostEffect final : public IPostEffect {
   ImagePostEffect(RenderDevice& device, const char* name, QuadTech technique)
       : device_(device), name_(name), technique_(technique) {}
   const char* Name() const override { return name_; }
-  void Resize(int width, int height) override { target_.Create(width, height, true); }
+  void Resize(int width, int height) override { CreateImageTarget(target_, width, height); }
   RenderTarget* Apply(RenderTarget* input) override;
 
  private:

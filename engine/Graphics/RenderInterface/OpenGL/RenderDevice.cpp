@@ -7,6 +7,7 @@ namespace grindle::gfx {
 bool RenderDevice::Create(SDL_Window* window) {
   if (!context_.Create(window)) return false;
   ResetRenderStates();
+  copy_ = std::make_unique<TextureCopy>();
   effects_.LoadStartup();
   textures_ = std::make_unique<TextureStore>(kDefaultTextureName);
   quad_ = std::make_unique<FullScreenQuad>();

@@ -1,7 +1,7 @@
 // The renderer's device objects: the window's context and back buffer, the input assembler, the
-// effect library, the texture store and the full-screen quad. Every manager the renderer owns is
-// handed this to reach effects, layouts, draw calls and textures. Main thread. Members are
-// declared so that everything holding GL names goes before the context does.
+// effect library, the texture store, the full-screen quad and the texture copy. Every manager the
+// renderer owns is handed this to reach effects, layouts, draw calls and textures. Main thread.
+// Members are declared so that everything holding GL names goes before the context does.
 #pragma once
 
 #include <memory>
@@ -9,6 +9,7 @@
 #include "Graphics/Effects/EffectSlots.h"
 #include "Graphics/RenderInterface/OpenGL/FullScreenQuad.h"
 #include "Graphics/RenderInterface/OpenGL/InputAssembler.h"
+#include "Graphics/RenderInterface/OpenGL/TextureCopy.h"
 #include "Graphics/RenderInterface/OpenGL/TextureStore.h"
 #include "Graphics/RenderInterface/OpenGL/WindowContext.h"
 
@@ -42,6 +43,9 @@ class RenderDevice {
   bool SceneShadersLoaded() const { return effects_.SceneLoaded(); }
   TextureStore& Textures() { return *textures_; }
   const FullScreenQuad& Quad() const { return *quad_; }
+  const TextureCopy& Copier() const { return *copy_; }
+  // Shows the back buffer in the window; false while the window is minimised.
+  bool Present() { return context_.Present(*copy_); }
 
  private:
   WindowContext context_;
@@ -49,6 +53,7 @@ class RenderDevice {
   EffectLibrary effects_;
   std::unique_ptr<TextureStore> textures_;
   std::unique_ptr<FullScreenQuad> quad_;
+  std::unique_ptr<TextureCopy> copy_;
 };
 
 }  // namespace grindle::gfx

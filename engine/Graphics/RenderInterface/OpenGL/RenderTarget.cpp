@@ -1,18 +1,10 @@
 #include "Graphics/RenderInterface/OpenGL/RenderTarget.h"
 
 #include "Core/Assert.h"
+#include "Graphics/RenderInterface/OpenGL/ImageMips.h"
+#include "Graphics/RenderInterface/OpenGL/TextureCopy.h"
 
 namespace grindle::gfx {
-
-namespace {
-
-int MipLevels(int width, int height) {
-  int levels = 1;
-  for (int size = width > height ? width : height; size > 1; size /= 2) ++levels;
-  return levels;
-}
-
-}  // namespace
 
 RenderTarget::~RenderTarget() { Release(); }
 
@@ -23,24 +15,36 @@ void RenderTarget::Release() {
   colorTexture_ = depthTexture_ = framebuffer_ = 0;
 }
 
-void RenderTarget::Create(int width, int height, bool withColour, GLenum format) {
+void RenderTarget::Create(int width, int height, bool withColour, GLenum format,
+                          TargetDepth depth) {
   GRINDLE_ASSERT(width <= 0 || height <= 0, "Render target size must be positive");
+  GRINDLE_ASSERT(!withColour && depth == TargetDepth::kWithout,
+                 "Render target has nothing to draw");
   Release();
   width_ = width;
   height_ = height;
+  withColour_ = withColour;
+  format_ = format;
+  depth_ = depth;
+}
+
+void RenderTarget::Allocate() const {
+  if (framebuffer_ != 0 || width_ <= 0) return;
   glCreateFramebuffers(1, &framebuffer_);
 
-  glCreateTextures(GL_TEXTURE_2D, 1, &depthTexture_);
-  glTextureStorage2D(depthTexture_, 1, GL_DEPTH_COMPONENT32F, width, height);
-  glTextureParameteri(depthTexture_, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTextureParameteri(depthTexture_, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-  glTextureParameteri(depthTexture_, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-  glTextureParameteri(depthTexture_, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-  glNamedFramebufferTexture(framebuffer_, GL_DEPTH_ATTACHMENT, depthTexture_, 0);
+  if (depth_ == TargetDepth::kWith) {
+    glCreateTextures(GL_TEXTURE_2D, 1, &depthTexture_);
+    glTextureStorage2D(depthTexture_, 1, GL_DEPTH_COMPONENT32F, width_, height_);
+    glTextureParameteri(depthTexture_, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTextureParameteri(depthTexture_, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    glTextureParameteri(depthTexture_, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+    glTextureParameteri(depthTexture_, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    glNamedFramebufferTexture(framebuffer_, GL_DEPTH_ATTACHMENT, depthTexture_, 0);
+  }
 
-  if (withColour) {
+  if (withColour_) {
     glCreateTextures(GL_TEXTURE_2D, 1, &colorTexture_);
-    glTextureStorage2D(colorTexture_, MipLevels(width, height), format, width, height);
+    glTextureStorage2D(colorTexture_, MipLevelCount(width_, height_), format_, width_, height_);
     glTextureParameteri(colorTexture_, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTextureParameteri(colorTexture_, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTextureParameteri(colorTexture_, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
@@ -56,7 +60,18 @@ void RenderTarget::Create(int width, int height, bool withColour, GLenum format)
       "Render target framebuffer is incomplete");
 }
 
+GLuint RenderTarget::ColorTexture() const {
+  Allocate();
+  return colorTexture_;
+}
+
+GLuint RenderTarget::DepthTexture() const {
+  Allocate();
+  return depthTexture_;
+}
+
 void RenderTarget::Begin(const glm::vec4& clearColor) {
+  Allocate();
   glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_);
   glViewport(0, 0, width_, height_);
   // Clears obey the write masks; a pass that left depth writes off must not keep the old depth.
@@ -64,12 +79,15 @@ void RenderTarget::Begin(const glm::vec4& clearColor) {
   glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
   glStencilMask(0xFFu);
   if (colorTexture_ != 0) glClearNamedFramebufferfv(framebuffer_, GL_COLOR, 0, &clearColor[0]);
-  const float depth = 1.0f;
-  glClearNamedFramebufferfv(framebuffer_, GL_DEPTH, 0, &depth);
+  if (depthTexture_ != 0) {
+    const float depth = 1.0f;
+    glClearNamedFramebufferfv(framebuffer_, GL_DEPTH, 0, &depth);
+  }
 }
 
-void RenderTarget::End() {
-  if (colorTexture_ != 0) glGenerateTextureMipmap(colorTexture_);
+void RenderTarget::End(const TextureCopy& copy) {
+  if (colorTexture_ != 0)
+    copy.GenerateMips(colorTexture_, width_, height_, MipLevelCount(width_, height_));
 }
 
 }  // namespace grindle::gfx

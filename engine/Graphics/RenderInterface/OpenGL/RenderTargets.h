@@ -46,7 +46,7 @@ class RenderTargets {
   RenderTarget overlay_;
   RenderTarget glowA_;
   RenderTarget glowB_;
-  RenderTarget spare_;  // created and resized with the others; no pass draws into it yet
+  RenderTarget spare_;  // sized with the others; no pass draws into it, so it is never allocated
   RenderTarget* currentGlow_ = &glowA_;
   RenderTarget* previousGlow_ = &glowB_;
   glm::vec4 alternateClearColor_{0.0f};

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <vector>
 
+#include "Graphics/RenderInterface/OpenGL/ImageMips.h"
+
 namespace grindle::gfx {
 
 namespace {
@@ -29,14 +31,18 @@ GLuint CreateCheckerboard() {
 }  // namespace
 
 GLuint CreateTextureRGBA8(int width, int height, const unsigned char* pixels) {
-  int levels = 1;
-  for (int size = width > height ? width : height; size > 1; size /= 2) ++levels;
+  const int levels = MipLevelCount(width, height);
   GLuint texture = 0;
   glCreateTextures(GL_TEXTURE_2D, 1, &texture);
   glTextureStorage2D(texture, levels, GL_RGBA8, width, height);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glTextureSubImage2D(texture, 0, 0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-  glGenerateTextureMipmap(texture);
+  ImageLevel level{width, height, {}};
+  for (int index = 1; index < levels; ++index) {
+    level = HalveImage(index == 1 ? pixels : level.rgba.data(), level.width, level.height);
+    glTextureSubImage2D(texture, index, 0, 0, level.width, level.height, GL_RGBA, GL_UNSIGNED_BYTE,
+                        level.rgba.data());
+  }
   glTextureParameteri(texture, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
   glTextureParameteri(texture, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
   glTextureParameteri(texture, GL_TEXTURE_WRAP_S, GL_REPEAT);

@@ -33,7 +33,7 @@ class TextureStore {
   std::unordered_map<std::string, GLuint> textures_;
 };
 
-// Creates a 2D texture with a full mip chain from RGBA8 pixels, first row at v = 0.
+// Creates a 2D texture with a full mip chain (ImageMips) from RGBA8 pixels, first row at v = 0.
 GLuint CreateTextureRGBA8(int width, int height, const unsigned char* pixels);
 // Loads an image file (path relative to the working directory) as above; 0 when it cannot be
 // read, with the reason in `reason` when given.

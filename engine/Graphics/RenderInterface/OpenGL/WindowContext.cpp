@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Core/Assert.h"
+#include "Graphics/RenderInterface/OpenGL/TextureCopy.h"
 
 namespace grindle::gfx {
 
@@ -23,7 +24,7 @@ bool WindowContext::Create(SDL_Window* window) {
 
 void WindowContext::ReleaseBackBuffer() {
   if (framebuffer_ != 0) glDeleteFramebuffers(1, &framebuffer_);
-  if (colorBuffer_ != 0) glDeleteRenderbuffers(1, &colorBuffer_);
+  if (colorBuffer_ != 0) glDeleteTextures(1, &colorBuffer_);
   if (depthBuffer_ != 0) glDeleteRenderbuffers(1, &depthBuffer_);
   framebuffer_ = colorBuffer_ = depthBuffer_ = 0;
 }
@@ -33,11 +34,11 @@ void WindowContext::ResizeBackBuffer(int width, int height) {
   width_ = width > 0 ? width : 1;
   height_ = height > 0 ? height : 1;
   glCreateFramebuffers(1, &framebuffer_);
-  glCreateRenderbuffers(1, &colorBuffer_);
-  glNamedRenderbufferStorage(colorBuffer_, GL_RGBA8, width_, height_);
+  glCreateTextures(GL_TEXTURE_2D, 1, &colorBuffer_);
+  glTextureStorage2D(colorBuffer_, 1, GL_RGBA8, width_, height_);
   glCreateRenderbuffers(1, &depthBuffer_);
   glNamedRenderbufferStorage(depthBuffer_, GL_DEPTH24_STENCIL8, width_, height_);
-  glNamedFramebufferRenderbuffer(framebuffer_, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, colorBuffer_);
+  glNamedFramebufferTexture(framebuffer_, GL_COLOR_ATTACHMENT0, colorBuffer_, 0);
   glNamedFramebufferRenderbuffer(framebuffer_, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER,
                                  depthBuffer_);
   GRINDLE_ASSERT(
@@ -59,13 +60,11 @@ void WindowContext::ClearBackBuffer() const {
   glClearNamedFramebufferfi(framebuffer_, GL_DEPTH_STENCIL, 0, 1.0f, 0);
 }
 
-bool WindowContext::Present() {
+bool WindowContext::Present(const TextureCopy& copy) {
   if (IsMinimized()) return false;
   int drawableWidth = 0, drawableHeight = 0;
   context_.DrawableSize(drawableWidth, drawableHeight);
-  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
-  glBlitNamedFramebuffer(framebuffer_, 0, 0, 0, width_, height_, 0, drawableHeight, drawableWidth,
-                         0, GL_COLOR_BUFFER_BIT, GL_LINEAR);
+  copy.CopyFlipped(colorBuffer_, 0, drawableWidth, drawableHeight);
   context_.SwapBuffers();
   return true;
 }

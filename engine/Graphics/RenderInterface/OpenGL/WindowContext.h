@@ -12,6 +12,8 @@
 
 namespace grindle::gfx {
 
+class TextureCopy;
+
 class WindowContext {
  public:
   WindowContext() = default;
@@ -24,7 +26,8 @@ class WindowContext {
   bool Create(SDL_Window* window);
   bool IsCreated() const { return context_.IsCreated(); }
 
-  // (Re)creates the back buffer at the client size: RGBA8 colour and 24-bit depth, 8-bit stencil.
+  // (Re)creates the back buffer at the client size: RGBA8 colour (a texture, which presenting
+  // samples) and 24-bit depth, 8-bit stencil.
   void ResizeBackBuffer(int width, int height);
   // Binds the back buffer as the render target with a viewport covering it.
   void BindBackBuffer() const;
@@ -37,7 +40,7 @@ class WindowContext {
 
   // Copies the back buffer onto the window (flipped once: the window's rows run bottom-up) and
   // swaps. Returns false when the window cannot show it (minimised).
-  bool Present();
+  bool Present(const TextureCopy& copy);
   void SetFullScreen(bool on);
   bool IsMinimized() const;
 
