@@ -49,8 +49,9 @@ glm::mat4 ShadowViewProj(const glm::vec3& eye, const glm::vec3& direction,
 LightManager::LightManager(Database& root, RenderDevice& device)
     : root_(root), device_(device), defaults_(DefaultLights()), lights_(defaults_), sky_(device) {
   for (RenderTarget& map : directionalMaps_)
-    map.Create(kDirectionalShadowSize, kDirectionalShadowSize, false);
-  for (RenderTarget& map : spotMaps_) map.Create(kSpotShadowSize, kSpotShadowSize, false);
+    map.Create(kDirectionalShadowSize, kDirectionalShadowSize, {.colour = false});
+  for (RenderTarget& map : spotMaps_)
+    map.Create(kSpotShadowSize, kSpotShadowSize, {.colour = false});
 }
 
 void LightManager::AddObject(const Database& object, std::string_view objectName) {

@@ -37,8 +37,8 @@ RenderTarget* ImagePostEffect::Apply(RenderTarget* input) {
 }
 
 void BlurPostEffect::Resize(int width, int height) {
-  CreateImageTarget(horizontal_, Half(width), Half(height));
-  CreateImageTarget(vertical_, Half(width), Half(height));
+  CreateStepTarget(horizontal_, Half(width), Half(height));
+  CreateStepTarget(vertical_, Half(width), Half(height));
 }
 
 RenderTarget* BlurPostEffect::Blur(GLuint source) {
@@ -50,7 +50,7 @@ RenderTarget* BlurPostEffect::Blur(GLuint source) {
 RenderTarget* BlurPostEffect::Apply(RenderTarget* input) { return Blur(input->ColorTexture()); }
 
 void BloomPostEffect::Resize(int width, int height) {
-  CreateImageTarget(bright_, Half(width), Half(height));
+  CreateStepTarget(bright_, Half(width), Half(height));
   blur_.Resize(Half(width) * 2, Half(height) * 2);
   CreateImageTarget(result_, width, height);
 }
@@ -66,7 +66,7 @@ RenderTarget* BloomPostEffect::Apply(RenderTarget* input) {
 }
 
 void GlowPostEffect::Resize(int width, int height) {
-  CreateImageTarget(mixed_, Half(width), Half(height));
+  CreateStepTarget(mixed_, Half(width), Half(height));
   blur_.Resize(width, height);
   CreateImageTarget(result_, width, height);
 }

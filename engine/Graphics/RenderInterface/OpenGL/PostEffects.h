@@ -10,8 +10,14 @@ namespace grindle::gfx {
 class RenderDevice;
 
 // Sizes a post effect's own target: colour only, since image passes neither test nor read depth.
+// The image an effect hands on may be read smaller (by a blur at half size, or by the letterboxed
+// composite) and keeps its mip chain; a step inside an effect that is read only at its own size or
+// larger (the blurs' halves, the bright parts, the glow mix) needs none.
 inline void CreateImageTarget(RenderTarget& target, int width, int height) {
-  target.Create(width, height, true, GL_RGBA8, TargetDepth::kWithout);
+  target.Create(width, height, {.depth = false});
+}
+inline void CreateStepTarget(RenderTarget& target, int width, int height) {
+  target.Create(width, height, {.mipChain = false, .depth = false});
 }
 
 // Draws `source` (and `second` as gTexture2 when given) into `target` with one technique; the

@@ -15,24 +15,22 @@ void RenderTarget::Release() {
   colorTexture_ = depthTexture_ = framebuffer_ = 0;
 }
 
-void RenderTarget::Create(int width, int height, bool withColour, GLenum format,
-                          TargetDepth depth) {
+void RenderTarget::Create(int width, int height, const TargetLayout& layout) {
   GRINDLE_ASSERT(width <= 0 || height <= 0, "Render target size must be positive");
-  GRINDLE_ASSERT(!withColour && depth == TargetDepth::kWithout,
-                 "Render target has nothing to draw");
+  GRINDLE_ASSERT(!layout.colour && !layout.depth, "Render target has nothing to draw into");
   Release();
   width_ = width;
   height_ = height;
-  withColour_ = withColour;
-  format_ = format;
-  depth_ = depth;
+  layout_ = layout;
 }
+
+int RenderTarget::Levels() const { return layout_.mipChain ? MipLevelCount(width_, height_) : 1; }
 
 void RenderTarget::Allocate() const {
   if (framebuffer_ != 0 || width_ <= 0) return;
   glCreateFramebuffers(1, &framebuffer_);
 
-  if (depth_ == TargetDepth::kWith) {
+  if (layout_.depth) {
     glCreateTextures(GL_TEXTURE_2D, 1, &depthTexture_);
     glTextureStorage2D(depthTexture_, 1, GL_DEPTH_COMPONENT32F, width_, height_);
     glTextureParameteri(depthTexture_, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
@@ -42,9 +40,9 @@ void RenderTarget::Allocate() const {
     glNamedFramebufferTexture(framebuffer_, GL_DEPTH_ATTACHMENT, depthTexture_, 0);
   }
 
-  if (withColour_) {
+  if (layout_.colour) {
     glCreateTextures(GL_TEXTURE_2D, 1, &colorTexture_);
-    glTextureStorage2D(colorTexture_, MipLevelCount(width_, height_), format_, width_, height_);
+    glTextureStorage2D(colorTexture_, Levels(), layout_.format, width_, height_);
     glTextureParameteri(colorTexture_, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTextureParameteri(colorTexture_, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTextureParameteri(colorTexture_, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
@@ -86,8 +84,7 @@ void RenderTarget::Begin(const glm::vec4& clearColor) {
 }
 
 void RenderTarget::End(const TextureCopy& copy) {
-  if (colorTexture_ != 0)
-    copy.GenerateMips(colorTexture_, width_, height_, MipLevelCount(width_, height_));
+  if (colorTexture_ != 0) copy.GenerateMips(colorTexture_, width_, height_, Levels());
 }
 
 }  // namespace grindle::gfx

@@ -15,9 +15,15 @@ class TextureCopy;
 
 inline constexpr glm::vec4 kOpaqueBlack(0.0f, 0.0f, 0.0f, 1.0f);
 
-// Whether a target keeps a depth texture: targets drawn with depth testing, or whose depth is read,
-// need one; full-screen image passes do not.
-enum class TargetDepth { kWith, kWithout };
+// What a target holds besides its size. Targets drawn with depth testing, or whose depth is read,
+// need depth; full-screen image passes do not. Only targets read at a smaller size than their own
+// need colour levels below the first (a pass reading at its own size or larger samples level 0).
+struct TargetLayout {
+  bool colour = true;
+  GLenum format = GL_RGBA8;
+  bool mipChain = true;
+  bool depth = true;
+};
 
 class RenderTarget {
  public:
@@ -26,12 +32,11 @@ class RenderTarget {
   RenderTarget(const RenderTarget&) = delete;
   RenderTarget& operator=(const RenderTarget&) = delete;
 
-  void Create(int width, int height, bool withColour, GLenum format = GL_RGBA8,
-              TargetDepth depth = TargetDepth::kWith);
+  void Create(int width, int height, const TargetLayout& layout = {});
   // Binds this target alone with its viewport and clears colour (opaque black unless the frame
   // asks for its alternate colour) and depth (1.0) and stencil (0).
   void Begin(const glm::vec4& clearColor = kOpaqueBlack);
-  // Generates the colour mip chain so later passes can sample smaller levels.
+  // Generates the colour mip chain (if it has one) so later passes can sample smaller levels.
   void End(const TextureCopy& copy);
 
   int Width() const { return width_; }
@@ -44,13 +49,12 @@ class RenderTarget {
 
  private:
   void Allocate() const;
+  int Levels() const;
   void Release();
 
   int width_ = 0;
   int height_ = 0;
-  bool withColour_ = false;
-  GLenum format_ = GL_RGBA8;
-  TargetDepth depth_ = TargetDepth::kWith;
+  TargetLayout layout_;
   // Made on first use, from the const accessors too: allocating changes nothing a caller can see.
   mutable GLuint colorTexture_ = 0;
   mutable GLuint depthTexture_ = 0;

@@ -25,7 +25,7 @@ void DrawLayer(RenderDevice& device, const RenderTarget& layer, const glm::mat4&
 
 void RenderTargets::Create(int width, int height) {
   for (RenderTarget* target : {&glowA_, &glowB_, &overlay_, &scene_, &spare_}) {
-    target->Create(width, height, true, GL_RGBA8);
+    target->Create(width, height);
   }
 }
 
