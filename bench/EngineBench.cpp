@@ -192,7 +192,8 @@ BENCHMARK(BM_StartupToFirstFrameEnd)->Iterations(5)->UseManualTime()->Unit(bench
 
 // The whole `grindle` process with "--frames N": launch to exit, teardown included. With one frame,
 // an upper bound for process start to the end of the first frame, which the binary does not report.
-// "cpu_ms" is the median over the runs of the process's own CPU time (user + system, all threads).
+// "cpu_ms" is the median over the runs of the process's own CPU time (user + system, all threads);
+// "rss_mb" and "minor_faults" the medians of its peak resident memory and of its page faults.
 void BM_ProcessLaunchToExit(benchmark::State& state) {
   const std::string frames = std::to_string(state.range(0));
   const char* argv[] = {GRINDLE_BINARY, "--frames",       frames.c_str(),
@@ -202,7 +203,7 @@ void BM_ProcessLaunchToExit(benchmark::State& state) {
   posix_spawn_file_actions_t quiet;
   posix_spawn_file_actions_init(&quiet);
   posix_spawn_file_actions_addopen(&quiet, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  std::vector<double> cpu;
+  std::vector<double> cpu, rss, faults;
   for (auto _ : state) {
     const auto start = Clock::now();
     pid_t child = 0;
@@ -217,15 +218,22 @@ void BM_ProcessLaunchToExit(benchmark::State& state) {
     state.SetIterationTime(SecondsBetween(start, Clock::now()));
     const auto seconds = [](const timeval& t) { return t.tv_sec + t.tv_usec * 1e-6; };
     cpu.push_back(seconds(usage.ru_utime) + seconds(usage.ru_stime));
+    rss.push_back(static_cast<double>(usage.ru_maxrss) / 1024.0);
+    faults.push_back(static_cast<double>(usage.ru_minflt));
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
       state.SkipWithError("grindle failed");
       break;
     }
   }
   posix_spawn_file_actions_destroy(&quiet);
+  const auto median = [](std::vector<double>& values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+  };
   if (!cpu.empty()) {
-    std::sort(cpu.begin(), cpu.end());
-    state.counters["cpu_ms"] = 1e3 * cpu[cpu.size() / 2];
+    state.counters["cpu_ms"] = 1e3 * median(cpu);
+    state.counters["rss_mb"] = median(rss);
+    state.counters["minor_faults"] = median(faults);
   }
 }
 BENCHMARK(BM_ProcessLaunchToExit)

@@ -25,7 +25,9 @@ void DrawLayer(RenderDevice& device, const RenderTarget& layer, const glm::mat4&
 
 void RenderTargets::Create(int width, int height) {
   for (RenderTarget* target : {&glowA_, &glowB_, &overlay_, &scene_, &spare_}) {
-    target->Create(width, height);
+    // The scene's colour is read only by the glow pass, at its own size; the glow targets are read
+    // at half size and the overlay is letterboxed, so they keep their levels.
+    target->Create(width, height, {.mipChain = target != &scene_});
   }
 }
 
