@@ -89,6 +89,15 @@ TEST_F(ModelRenderTest, StaticModelsShareOneBatchPerColourAndTakeTheirMaterial) 
   EXPECT_LT(red.g, white.g * 0.6f);
   EXPECT_GT(red.r, red.g * 2.0f);
   ExpectMatchesGolden(image, "model_static");
+
+  // Writing a component's Name swaps the model from the next frame on: a third batch appears.
+  fs::copy_file(sFolder_ / "Assets" / "Models" / "Static" / "Pyramid.mdl",
+                sFolder_ / "Assets" / "Models" / "Static" / "Spike.mdl");
+  *level.Find<Database>("GameObjects")->Find<Database>("Middle")->Find<Database>("ModelStatic")
+       ->Find<std::string>("Name") = "Spike";
+  Frame();
+  EXPECT_EQ(Renderer().Models()->Store().Count(), 2u);
+  EXPECT_EQ(Renderer().Models()->LastLitDrawCalls(), 6u);
 }
 
 TEST_F(ModelRenderTest, SkinnedBarBendsWithItsClip) {

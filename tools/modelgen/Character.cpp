@@ -90,9 +90,54 @@ models::AnimationClip Run() {
       [](float phase) { return 0.06f * std::abs(std::sin(2.0f * kPi * phase)); });
 }
 
+// The head's parts in the suit's material (0: white, so the object's colour shows).
+void AddSuitHead(MeshBuilder& mesh, Head head) {
+  mesh.SetBone(kHead);
+  if (head == Head::kRobot) {
+    mesh.Box({0.0f, 0.8f, 0.0f}, {0.27f, 0.24f, 0.25f});
+    mesh.Box({0.0f, 1.12f, 0.0f}, {0.025f, 0.1f, 0.025f});  // antenna
+  } else if (head == Head::kHat) {
+    mesh.Lathe({0.0f, 0.94f, 0.0f}, 0.62f, [](float t) { return 0.4f * (1.0f - t) + 0.02f; }, 16,
+               4);
+  }
+}
+
+// The head's parts in skin (material 1).
+void AddSkinHead(MeshBuilder& mesh, Head head) {
+  const auto flat = [](const glm::vec3&) { return 1.0f; };
+  mesh.SetBone(kHead);
+  switch (head) {
+    case Head::kVisor:
+      mesh.Ellipsoid({0.0f, 0.8f, 0.0f}, {0.3f, 0.28f, 0.3f}, flat, 16, 10);
+      break;
+    case Head::kRobot:
+      mesh.Ellipsoid({0.0f, 1.25f, 0.0f}, {0.06f, 0.06f, 0.06f}, flat, 8, 5);  // antenna tip
+      break;
+    case Head::kEars:
+      mesh.Ellipsoid({0.0f, 0.8f, 0.0f}, {0.29f, 0.27f, 0.29f}, flat, 16, 10);
+      for (const float x : {0.13f, -0.13f}) {
+        mesh.Ellipsoid({x, 1.2f, -0.03f}, {0.07f, 0.26f, 0.045f}, flat, 10, 8);
+      }
+      break;
+    case Head::kHat:
+      mesh.Ellipsoid({0.0f, 0.78f, 0.0f}, {0.28f, 0.26f, 0.28f}, flat, 16, 10);
+      break;
+  }
+}
+
+// The face (+z) in the dark material (2): a visor, a robot's eye slit, or two eyes.
+void AddFace(MeshBuilder& mesh, Head head) {
+  mesh.SetBone(kHead);
+  if (head == Head::kEars) {
+    for (const float x : {0.09f, -0.09f}) mesh.Box({x, 0.86f, 0.26f}, {0.04f, 0.05f, 0.04f});
+  } else {
+    mesh.Box({0.0f, head == Head::kHat ? 0.8f : 0.84f, 0.24f}, {0.2f, 0.07f, 0.08f});
+  }
+}
+
 }  // namespace
 
-models::SkinnedModelData MakeCharacter() {
+models::SkinnedModelData MakeCharacter(Head head) {
   // Materials: 0 the suit (white, so the object's colour shows), 1 skin, 2 visor and boots.
   MeshBuilder mesh;
   mesh.BeginSubset(0);
@@ -108,17 +153,15 @@ models::SkinnedModelData MakeCharacter() {
     mesh.SetBone(bone);
     mesh.Box({x, -0.5f, 0.0f}, {0.12f, 0.38f, 0.13f});
   }
+  AddSuitHead(mesh, head);
   mesh.BeginSubset(1);
-  mesh.SetBone(kHead);
-  mesh.Ellipsoid({0.0f, 0.8f, 0.0f}, {0.3f, 0.28f, 0.3f}, [](const glm::vec3&) { return 1.0f; },
-                 16, 10);
+  AddSkinHead(mesh, head);
   for (const auto& [bone, x] : {std::pair{kArmLeft, 0.42f}, std::pair{kArmRight, -0.42f}}) {
     mesh.SetBone(bone);
     mesh.Box({x, -0.2f, 0.02f}, {0.08f, 0.07f, 0.08f});  // hands
   }
   mesh.BeginSubset(2);
-  mesh.SetBone(kHead);
-  mesh.Box({0.0f, 0.84f, 0.24f}, {0.2f, 0.07f, 0.08f});  // visor, on the face (+z)
+  AddFace(mesh, head);
   for (const auto& [bone, x] : {std::pair{kLegLeft, 0.17f}, std::pair{kLegRight, -0.17f}}) {
     mesh.SetBone(bone);
     mesh.Box({x, -0.92f, 0.06f}, {0.13f, 0.08f, 0.2f});  // boots point forward

@@ -1,5 +1,5 @@
 // grindle_modelgen GAME_DIR: writes the demo game's models (the static props and the skinned
-// character) under GAME_DIR/Assets/Models. Deterministic, so the committed files can be regenerated.
+// characters) under GAME_DIR/Assets/Models. Deterministic, so the committed files can be regenerated.
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -30,8 +30,18 @@ int main(int argc, char** argv) {
     const std::string path = (models / "Static" / (std::string(prop.name) + ".mdl")).string();
     ok = models::WriteStaticModel(path, prop.make()) && ok;
   }
-  const std::string character = (models / "Skinned" / "Character.smdl").string();
-  ok = models::WriteSkinnedModel(character, modelgen::MakeCharacter()) && ok;
+  const struct {
+    const char* name;
+    modelgen::Head head;
+  } characters[] = {{"Character", modelgen::Head::kVisor},
+                    {"Robot", modelgen::Head::kRobot},
+                    {"Bunny", modelgen::Head::kEars},
+                    {"Wizard", modelgen::Head::kHat}};
+  for (const auto& character : characters) {
+    const std::string path =
+        (models / "Skinned" / (std::string(character.name) + ".smdl")).string();
+    ok = models::WriteSkinnedModel(path, modelgen::MakeCharacter(character.head)) && ok;
+  }
   if (!ok) std::fprintf(stderr, "grindle_modelgen: could not write under %s\n", models.c_str());
   return ok ? 0 : 1;
 }

@@ -68,10 +68,12 @@ class ModelManager {
  private:
   struct StaticObject {
     uint32_t key = 0;
+    std::string modelName;
     GpuModel* model = nullptr;
   };
   struct SkinnedObject {
     uint32_t key = 0;
+    std::string modelName;
     GpuModel* model = nullptr;
     std::string clipName;
     const models::AnimationClip* clip = nullptr;
@@ -98,6 +100,10 @@ class ModelManager {
   const Database* CurrentGameObjects() const;
   Database* CurrentLevel() const;
   void Register(Database& object, std::string_view objectName, Database* level);
+  // A script swaps an object's model by writing the component's `Name`: from that frame on the
+  // named file is drawn (read on first use). Returns the model to draw.
+  GpuModel* FollowName(const Database& component, ModelKind kind, std::string& modelName,
+                       GpuModel* drawn);
   void Animate(SkinnedObject& skinned, Database& component, float dt);
   void GatherStatic(const Database& gameObjects);
   void GatherSkinned(const Database& gameObjects, float dt);

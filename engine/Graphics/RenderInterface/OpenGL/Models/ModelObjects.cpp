@@ -83,7 +83,7 @@ void ModelManager::Register(Database& object, std::string_view objectName, Datab
   if (const auto component = object.Find<Database>(KeyOf(WellKnown::ModelStatic))) {
     if (const auto name = ModelName(*component, objectName, "ModelStatic")) {
       StaticObject& entry = statics_[std::string(objectName)];
-      entry = {key, &store_.Get(ModelKind::kStatic, *name)};
+      entry = {key, *name, &store_.Get(ModelKind::kStatic, *name)};
       ListComponent(level, WellKnown::StaticModels, "StaticModels", objectName, component);
     }
   }
@@ -92,6 +92,7 @@ void ModelManager::Register(Database& object, std::string_view objectName, Datab
       SkinnedObject& entry = skinned_[std::string(objectName)];
       entry = SkinnedObject{};
       entry.key = key;
+      entry.modelName = *name;
       entry.model = &store_.Get(ModelKind::kSkinned, *name);
       ListComponent(level, WellKnown::SkinnedModels, "SkinnedModels", objectName, component);
     }
@@ -122,6 +123,14 @@ void ModelManager::BuildLevelLists(Database& level) {
     if (const auto object = gameObjects->Find<Database>(key))
       Register(*object, record.name, &level);
   }
+}
+
+GpuModel* ModelManager::FollowName(const Database& component, ModelKind kind,
+                                   std::string& modelName, GpuModel* drawn) {
+  const auto name = component.Find<std::string>(KeyOf(WellKnown::Name));
+  if (!name || *name == modelName) return drawn;
+  modelName = *name;
+  return &store_.Get(kind, modelName);
 }
 
 void ModelManager::Animate(SkinnedObject& skinned, Database& component, float dt) {
@@ -181,6 +190,13 @@ void ModelManager::GatherSkinned(const Database& gameObjects, float dt) {
     if (!object) continue;
     const auto component = object->Find<Database>(KeyOf(WellKnown::ModelSkinned));
     if (!component) continue;
+    GpuModel* model = FollowName(*component, ModelKind::kSkinned, skinned.modelName, skinned.model);
+    if (model != skinned.model) {
+      // The clip starts again on the new model, as for a new clip name.
+      skinned.model = model;
+      skinned.clip = nullptr;
+      skinned.clipName.clear();
+    }
     Animate(skinned, *component, dt);
     if (skinned.model->ranges.empty()) continue;
     skinnedDrawn_.push_back({skinned.model, ReadWorldMatrix(*object), ReadTint(*object),
@@ -193,9 +209,12 @@ void ModelManager::GatherStatic(const Database& gameObjects) {
   glowingStatics_.clear();
   std::vector<std::pair<uint32_t, glm::mat4>> placed;
   placed.reserve(statics_.size());
-  for (const auto& [name, entry] : statics_) {
+  for (auto& [name, entry] : statics_) {
     const auto object = gameObjects.Find<Database>(entry.key);
-    if (!object || !object->Find<Database>(KeyOf(WellKnown::ModelStatic))) continue;
+    if (!object) continue;
+    const auto component = object->Find<Database>(KeyOf(WellKnown::ModelStatic));
+    if (!component) continue;
+    entry.model = FollowName(*component, ModelKind::kStatic, entry.modelName, entry.model);
     if (entry.model->ranges.empty()) continue;
     const glm::mat4 world = ReadWorldMatrix(*object);
     const ModelTint tint = ReadTint(*object);
