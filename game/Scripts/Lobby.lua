@@ -10,7 +10,6 @@ local Hud = require("Game.Hud")
 local Match = require("Game.Match")
 
 local kWorlds = {{level = "Arena", name = "Garden"}, {level = "ArenaStorm", name = "Storm"}}
-local kColours = {{0.9, 0.2, 0.2}, {0.2, 0.45, 0.95}, {0.2, 0.8, 0.3}, {0.95, 0.8, 0.15}}
 
 local ready = {}
 local setup = nil
@@ -116,8 +115,7 @@ function OnCheat(cheat)
 end
 
 local function SlotText(slot)
-  local model = Globals.Get("PlayerModel" .. slot, slot)
-  local text = "P" .. (slot + 1) .. " " .. Match.kCharacters[model + 1]
+  local text = "P" .. (slot + 1) .. " " .. Match.Character(slot).name
   if Match.Teams() or setup == nil then text = text .. " T" .. (Match.Team(slot) + 1) end
   local device = Match.Device(slot)
   if device == nil then return text .. " (computer)" end
@@ -127,9 +125,7 @@ end
 local function Draw()
   for slot = 0, Match.kSlots - 1 do
     Hud.Text("Slot" .. slot, SlotText(slot))
-    local c = kColours[Globals.Get("PlayerModel" .. slot, slot) + 1]
-    local shade = Match.Device(slot) and 1 or 0.45
-    Send("SCR:SetObjectColor", "Player" .. slot, c[1] * shade, c[2] * shade, c[3] * shade)
+    Match.Dress(slot, "Player" .. slot, Match.Device(slot) and 1 or 0.45)
   end
   if setup then
     Hud.Text("Help", "Choose the mode and the world")

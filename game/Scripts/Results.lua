@@ -6,7 +6,6 @@ local Controls = require("Game.Controls")
 local Hud = require("Game.Hud")
 local Match = require("Game.Match")
 
-local kColours = {{0.9, 0.2, 0.2}, {0.2, 0.45, 0.95}, {0.2, 0.8, 0.3}, {0.95, 0.8, 0.15}}
 local waited = 0
 local leaving = false
 
@@ -36,9 +35,8 @@ function Start(me)
   for slot = 0, Match.kSlots - 1 do
     local wins = Match.Wins(slot)
     Hud.Text("Score" .. slot, "Player " .. (slot + 1) .. ": " .. wins .. (wins == 1 and " round" or " rounds"))
-    local c = kColours[Globals.Get("PlayerModel" .. slot, slot) + 1]
     local lift = (Match.Side(slot) == winner) and 1.2 or 0
-    Send("SCR:SetObjectColor", "Player" .. slot, c[1], c[2], c[3])
+    Match.Dress(slot, "Player" .. slot)
     SetData("*CurrentLevel.GameObjects.Player" .. slot .. ".Transform.PositionY", -2 + lift)
   end
 end

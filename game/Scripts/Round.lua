@@ -19,7 +19,6 @@ local kLongestTick = 0.05
 local kSpeed = 2.6
 local kTouch = 1.35
 local kFuseBoxes = 5
-local kColours = {{0.9, 0.2, 0.2}, {0.2, 0.45, 0.95}, {0.2, 0.8, 0.3}, {0.95, 0.8, 0.15}}
 
 local players = {}
 local holder = nil
@@ -316,8 +315,7 @@ function Start(me)
                shieldUntil = 0, powerUntil = 0, clip = "Idle", wobble = (slot % 2 == 0) and 1 or -1}
     players[slot + 1] = p
     Globals.Set("PlayerPowerUp" .. slot, 0)
-    local c = kColours[Globals.Get("PlayerModel" .. slot, slot) + 1]
-    Send("SCR:SetObjectColor", p.name, c[1], c[2], c[3])
+    Match.Dress(slot, p.name)
   end
   ReadPositions()
   phaseLeft = Globals.AutoPlay() and 0.1 or 2.5

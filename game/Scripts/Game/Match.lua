@@ -7,7 +7,26 @@ local Match = {}
 
 Match.kSlots = 4
 Match.kWinsNeeded = 3
-Match.kCharacters = {"Red", "Blue", "Green", "Yellow"}
+-- The characters a slot picks from (`PlayerModel*` is the index from 0): a skinned model and the
+-- colour its suit is drawn in.
+Match.kCharacters = {
+  {name = "Runner", model = "Character", colour = {0.9, 0.2, 0.2}},
+  {name = "Robot", model = "Robot", colour = {0.2, 0.45, 0.95}},
+  {name = "Bunny", model = "Bunny", colour = {0.2, 0.8, 0.3}},
+  {name = "Wizard", model = "Wizard", colour = {0.95, 0.8, 0.15}},
+}
+
+function Match.Character(slot)
+  return Match.kCharacters[Globals.Get("PlayerModel" .. slot, slot) % #Match.kCharacters + 1]
+end
+
+-- Shows the object `name` as the slot's character, its colour scaled by `shade` (1 when left out).
+function Match.Dress(slot, name, shade)
+  local character = Match.Character(slot)
+  local c, s = character.colour, shade or 1
+  SetData("*CurrentLevel.GameObjects." .. name .. ".ModelSkinned.Name", character.model)
+  Send("SCR:SetObjectColor", name, c[1] * s, c[2] * s, c[3] * s)
+end
 
 function Match.Teams() return Globals.Get("GameMode", 0) == 1 end
 
