@@ -1,6 +1,7 @@
 // The game's screens driven the way a player drives them: key presses injected into SDL while the
 // real engine runs the game in this process. From the splash through the main menu and the lobby
-// into a round, a few steps to the right, then through the pause menu back to the main menu.
+// into a round, a few steps to the right, then through the pause menu (compared with a golden
+// image) back to the main menu.
 #include "GameDriver.h"
 
 namespace grindle::game {
@@ -9,6 +10,7 @@ namespace {
 TEST(MenuFlow, SplashToARoundAndThroughThePauseMenuBackToTheMainMenu) {
   double startX = 0.0;
   bool sawPause = false, sawSceneOverMenu = false;
+  std::map<std::string, gfx::Image> images;
   const std::string player0 = "Levels.Arena.GameObjects.Player0.Transform.PositionX";
   Steps steps = {
       {"splash", WaitForLevel("SplashScreens")},
@@ -44,6 +46,7 @@ TEST(MenuFlow, SplashToARoundAndThroughThePauseMenuBackToTheMainMenu) {
          sawSceneOverMenu = Value<double>(root, "GlobalVariables.DrawSceneOverMenu", 0.0) == 1.0;
          return sawPause;
        })},
+      {"pause menu captured", Capture(images, "pause")},
       {"to main menu", Tap(SDL_SCANCODE_DOWN)},
       {"choose main menu", Tap(SDL_SCANCODE_RETURN)},
       {"back at the main menu", WaitForLevel("LevelTitleScreen")},
@@ -56,6 +59,16 @@ TEST(MenuFlow, SplashToARoundAndThroughThePauseMenuBackToTheMainMenu) {
   EXPECT_EQ(PlayGame(run, std::move(steps), 2500), "") << "the run stopped waiting for this step";
   EXPECT_TRUE(sawPause);
   EXPECT_TRUE(sawSceneOverMenu);
+  // The pause menu on the left, its first line (Resume) chosen, beside the paused arena that the
+  // renderer draws at half size over the middle and the bottom right.
+  ASSERT_EQ(images.count("pause"), 1u);
+  const gfx::Image& pause = images["pause"];
+  ASSERT_EQ(pause.width, kWindowWidth);
+  const glm::vec4 resume = pause.At(44, 99), floor = pause.At(200, 110);
+  EXPECT_TRUE(resume.r > 0.6f && resume.g > 0.5f && resume.b < 0.3f);
+  EXPECT_GT(floor.g, floor.r + 0.1f);
+  EXPECT_GT(floor.g, floor.b + 0.3f);
+  gfx::ExpectMatchesGoldenFile(pause, GRINDLE_GAME_GOLDEN_DIR, "game_pause");
 }
 
 }  // namespace

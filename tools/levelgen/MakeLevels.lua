@@ -289,9 +289,11 @@ local function Arena(name, look)
       HudText(w, "HudScore" .. i, "", x, 0.93, "Hud", 1, {c[1], c[2], c[3], 1})
       HudImage(w, "HudPower" .. i, "Speed.png", x + 0.09, 0.93, 32, 0)
     end
-    HudImage(w, "PausePanel", "Panel.png", 0.5, 0.55, 420, 0)
-    HudText(w, "PauseTitle", "", 0.5, 0.3, "Title", 1)
-    for i = 0, 2 do HudText(w, "PauseItem" .. i, "", 0.5, 0.42 + i * 0.085) end
+    -- The pause menu keeps to the left: the paused arena is drawn over the middle and the bottom
+    -- right of the screen (the renderer's picture-in-picture covers 30-80% across, 40-90% down).
+    HudImage(w, "PausePanel", "Panel.png", 0.15, 0.635, 300, 0)
+    HudText(w, "PauseTitle", "", 0.15, 0.43, "Title", 0.8)
+    for i = 0, 2 do HudText(w, "PauseItem" .. i, "", 0.15, 0.55 + i * 0.085) end
   end))
 end
 

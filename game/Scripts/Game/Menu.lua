@@ -12,10 +12,11 @@ local kChosen = {1.0, 0.8, 0.1}
 local kBar = {0.15, 0.15, 0.2}
 local kBackdrop = {0.12, 0.1, 0.16}
 
--- items: list of {Label = text, Action = name}; labeller(item) may give a label that changes.
-function Menu.New(prefix, items, onChoose, labeller)
+-- items: list of {Label = text, Action = name}; labeller(item) may give a label that changes; top
+-- is the first line's height on the screen (0 top, 1 bottom; 0.42 when not given).
+function Menu.New(prefix, items, onChoose, labeller, top)
   local self = setmetatable({prefix = prefix, items = items, onChoose = onChoose,
-                             labeller = labeller, cursor = 1, visible = true}, Menu)
+                             labeller = labeller, cursor = 1, visible = true, top = top or kTop}, Menu)
   Globals.Set("MenuAdUPosition", 0)
   return self
 end
@@ -43,7 +44,7 @@ function Menu:Handle(event, device, value)
     self.onChoose(self.items[self.cursor].Action, self, event == "left" and -1 or 1)
     self:Draw()
   elseif event == "point" then
-    local line = math.floor((value - kTop) / kSpacing + 0.5) + 1
+    local line = math.floor((value - self.top) / kSpacing + 0.5) + 1
     if line >= 1 and line <= #self.items and line ~= self.cursor then self:Select(line) end
   else return false end
   return true
@@ -60,7 +61,7 @@ function Menu:Draw()
     local shown = self.visible and item ~= nil
     if FindData("*CurrentLevel.GameObjects." .. name .. ".*Name") then
       SetData("*CurrentLevel.GameObjects." .. name .. ".SpriteHUD.Message", shown and self:Label(item) or "")
-      SetData("*CurrentLevel.GameObjects." .. name .. ".SpriteHUD.ScreenPositionY", kTop + (i - 1) * kSpacing)
+      SetData("*CurrentLevel.GameObjects." .. name .. ".SpriteHUD.ScreenPositionY", self.top + (i - 1) * kSpacing)
       local colour = (i == self.cursor) and kChosen or kIdle
       Send("SetHUDObjectColor", name, colour[1], colour[2], colour[3])
       Send("SetObjectAlpha", name, shown and 1 or 0)

@@ -9,18 +9,22 @@ local Hud = require("Game.Hud")
 
 local PauseMenu = {}
 
+local kTop = 0.55
 local menu = nil
 local paused = false
 
 local function Show(visible)
   Hud.Text("PauseTitle", visible and "Paused" or "")
   Hud.Alpha("PausePanel", visible and 0.85 or 0)
+  -- The round's banner would sit half under the paused arena.
+  Hud.Alpha("HudBanner", visible and 0 or 1)
   menu:SetVisible(visible)
 end
 
 function PauseMenu.Create()
   local items = MenuFile.Read("Assets/GameObjects/PauseMenu.xml").PauseMenu
-  menu = Menu.New("PauseItem", items, function(action) PauseMenu.Do(action) end)
+  -- Left of the paused arena, which is drawn over the middle and the bottom right.
+  menu = Menu.New("PauseItem", items, function(action) PauseMenu.Do(action) end, nil, kTop)
   menu.visible = false
 end
 
