@@ -74,11 +74,16 @@ void GlowPostEffect::Resize(int width, int height) {
 RenderTarget* GlowPostEffect::Apply(RenderTarget* input) {
   DrawQuadEffect* quad = device_.Effects().drawQuad.get();
   if (quad == nullptr || current_ == nullptr || previous_ == nullptr) return input;
-  quad->SetFloat(quad->Var(QuadVar::gBlendFactor), kPreviousGlowWeight);
-  DrawImagePass(device_, QuadTech::AddTech, mixed_, current_->ColorTexture(),
-                previous_->ColorTexture());
-  const RenderTarget* blurred = blur_.Blur(mixed_.ColorTexture());
-  quad->SetTexture(quad->Var(QuadVar::gGlowTexture), blurred->ColorTexture());
+  // Glow targets nothing has drawn into yet (frames before the scene shaders load) are black, and
+  // so is their blurred mix: the glow then reads no texture, which samples as black too.
+  GLuint glow = 0;
+  if (current_->IsAllocated() || previous_->IsAllocated()) {
+    quad->SetFloat(quad->Var(QuadVar::gBlendFactor), kPreviousGlowWeight);
+    DrawImagePass(device_, QuadTech::AddTech, mixed_, current_->ColorTexture(),
+                  previous_->ColorTexture());
+    glow = blur_.Blur(mixed_.ColorTexture())->ColorTexture();
+  }
+  quad->SetTexture(quad->Var(QuadVar::gGlowTexture), glow);
   DrawImagePass(device_, QuadTech::GlowTech, result_, input->ColorTexture());
   return &result_;
 }
