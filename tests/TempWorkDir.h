@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -14,6 +15,14 @@ namespace grindle {
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// A scratch file or folder name of this process's own in the temporary folder: ctest runs the cases
+// of one test file as processes side by side, which must not write the same path.
+inline std::filesystem::path ScratchPath(const std::string& stem,
+                                         const std::string& extension = "") {
+  return std::filesystem::temp_directory_path() /
+         (stem + "_" + std::to_string(getpid()) + extension);
 }
 
 // A fresh temporary folder made the working directory for one test, and the previous one restored.

@@ -28,7 +28,7 @@ int Bake(const std::string& arguments) {
 
 TEST(FontBakeTest, RebakingTheHudFontReproducesTheShippedFiles) {
   ASSERT_TRUE(fs::exists(kDejaVuBold)) << "install fonts-dejavu-core (scripts/setup.sh)";
-  const fs::path out = fs::path(testing::TempDir()) / "grindle_bake";
+  const fs::path out = ScratchPath("grindle_bake");
   fs::create_directories(out);
   ASSERT_EQ(Bake(std::string(kDejaVuBold) + " 32 " + (out / "Hud.fnt").string() +
                  " --chars 32-126,160-255"),
@@ -50,7 +50,7 @@ TEST(FontBakeTest, RebakingTheHudFontReproducesTheShippedFiles) {
 }
 
 TEST(FontBakeTest, BadArgumentsAreRefused) {
-  const fs::path out = fs::path(testing::TempDir()) / "grindle_bake_bad.fnt";
+  const fs::path out = ScratchPath("grindle_bake_bad", ".fnt");
   const std::string font = kDejaVuBold;
   const struct {
     std::string arguments;

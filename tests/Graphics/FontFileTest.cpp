@@ -16,6 +16,7 @@
 #include "Graphics/RenderInterface/OpenGL/Sprites/FontFile.h"
 #include "Graphics/RenderInterface/OpenGL/Sprites/TextLayout.h"
 #include "TestOutput.h"
+#include "TempWorkDir.h"
 
 namespace grindle::gfx {
 namespace {
@@ -37,7 +38,7 @@ constexpr const char* kNonSquareFont =
     "kerning first=65  second=86  amount=-2\n";
 
 std::unique_ptr<FontFileData> ReadText(const std::string& text, std::string* printed = nullptr) {
-  const fs::path path = fs::path(testing::TempDir()) / "grindle_font_test.fnt";
+  const fs::path path = ScratchPath("grindle_font_test", ".fnt");
   std::ofstream(path) << text;
   auto data = std::make_unique<FontFileData>();
   std::FILE* file = std::fopen(path.c_str(), "r");
@@ -201,7 +202,7 @@ TEST(TextLayoutTest, AdvancesKerningBreaksWrappingAndAlignment) {
 // The loader's two failures stop the program with their texts; neither needs a GL context,
 // since both happen before anything is created.
 TEST(FontFileDeathTest, AMissingFileOrPageStopsTheProgram) {
-  const fs::path game = fs::path(testing::TempDir()) / "grindle_font_death";
+  const fs::path game = ScratchPath("grindle_font_death");
   fs::create_directories(game / "Assets/Fonts");
   std::ofstream(game / "Assets/Fonts/NoPage.fnt") << kNonSquareFont;
   const fs::path previous = fs::current_path();

@@ -27,7 +27,7 @@ class ModelRenderTest : public GoldenImageFixture {
  protected:
   static void SetUpTestSuite() {
     GoldenImageFixture::SetUpTestSuite();
-    sFolder_ = fs::path(testing::TempDir()) / ("grindle_models_" + std::to_string(getpid()));
+    sFolder_ = ScratchPath("grindle_models");
     fs::remove_all(sFolder_);
     fs::create_directories(sFolder_ / "Assets");
     fs::create_directory_symlink(fs::path(GRINDLE_GAME_DIR) / "shaders", sFolder_ / "shaders");

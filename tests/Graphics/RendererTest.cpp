@@ -288,7 +288,7 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileNamesFileLineAndMessageAndStaysEm
 
 TEST_F(RendererTest, ShadersLoadOnceAndAnEffectFileChangedUnderTheWatchedTreeIsRebuiltAlone) {
   namespace fs = std::filesystem;
-  const fs::path tree = fs::path(testing::TempDir()) / "grindle_effect_watch";
+  const fs::path tree = ScratchPath("grindle_effect_watch");
   fs::remove_all(tree);
   fs::create_directories(tree / "shaders");
   ThreadManager threads(2, 10);
@@ -339,7 +339,7 @@ TEST_F(RendererTest, AnEffectThatFailsToCompileOnReloadKeepsTheOneInUse) {
   ASSERT_TRUE(basic != nullptr && basic->IsLoaded());
   const std::string original = ReadFile("shaders/basic.fx");
   const fs::path game = fs::current_path();
-  const fs::path tree = fs::path(testing::TempDir()) / "grindle_broken_effect";
+  const fs::path tree = ScratchPath("grindle_broken_effect");
   fs::create_directories(tree / "shaders");
   for (const char* include : {"Lighting.fxh"}) {
     fs::copy_file(game / "shaders" / include, tree / "shaders" / include,

@@ -15,6 +15,7 @@
 #include "Eventually.h"
 #include "Graphics/RenderInterface/OpenGL/Sprites/SpriteAssets.h"
 #include "RendererFixture.h"
+#include "TempWorkDir.h"
 
 namespace grindle::gfx {
 namespace {
@@ -59,7 +60,7 @@ class SpriteAssetsTest : public RendererFixture {
     });
   }
 
-  const fs::path tree_ = fs::path(testing::TempDir()) / "grindle_sprite_assets";
+  const fs::path tree_ = ScratchPath("grindle_sprite_assets");
 };
 
 TEST_F(SpriteAssetsTest, SharedOnceAndReplacedWhenTheirFilesAreWritten) {

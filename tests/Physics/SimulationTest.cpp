@@ -12,6 +12,7 @@
 
 #include "Core/xmlParser.h"
 #include "PhysicsFixture.h"
+#include "TempWorkDir.h"
 
 namespace grindle {
 namespace {
@@ -235,8 +236,7 @@ constexpr const char* kLevelText =
 )";
 
 TEST_F(PhysicsTest, ALevelFileBecomesBodiesThatFallLandAndReport) {
-  const std::string path =
-      testing::TempDir() + "physics_level_" + std::to_string(getpid()) + ".xml";
+  const std::string path = ScratchPath("physics_level", ".xml").string();
   std::ofstream(path) << kLevelText;
   ParseFile(path, *root_.Find<Database>("Levels")->Add<Database>("Yard"));
   std::remove(path.c_str());
