@@ -175,6 +175,7 @@ class StepPlayer final : public ISystem {
       }
       return;
     }
+    SCOPED_TRACE("step: " + steps_[next_].first);
     if (steps_[next_].second(root_)) ++next_;
   }
 
@@ -198,6 +199,7 @@ class StdoutCapture {
     dup2(file, STDOUT_FILENO);
     close(file);
   }
+  // Also shows what was taken when the test has failed: the failures reported meanwhile are in it.
   std::string Finish() {
     std::fflush(stdout);
     dup2(saved_, STDOUT_FILENO);
@@ -205,6 +207,7 @@ class StdoutCapture {
     std::ifstream in(path_);
     std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     std::remove(path_.c_str());
+    if (::testing::Test::HasFailure()) std::fputs(text.c_str(), stdout);
     return text;
   }
 

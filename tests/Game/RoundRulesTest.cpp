@@ -177,6 +177,8 @@ TEST(RoundRules, PowerUpsGiveSpeedAShieldAndAShorterFuse) {
          EXPECT_EQ(Holder(root), "Player 1 has the potato!");
          EXPECT_LT(Distance(root, "Player0", "Player1"), kTouch);
        })},
+      // A power-up on two touching players goes to either, as the contacts come.
+      {"step away from player 2", Hold(SDL_SCANCODE_D, 8)},
       {"short fuse to player 1", GivePowerUp("PowerUpFuse", "Player0")},
       {"remember the fuse", Check([&](Database& root) {
          fuseBefore = Number(root, "ExplosionTimeRemaining");

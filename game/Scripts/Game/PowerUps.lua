@@ -25,10 +25,11 @@ end
 
 function PowerUps.Create()
   items = {}
-  for name, kind in pairs(kKinds) do
-    table.insert(items, {name = name, kind = kind, x = 0, z = nil, wait = 2 + math.random() * 4})
-  end
+  for name, kind in pairs(kKinds) do table.insert(items, {name = name, kind = kind, x = 0, z = nil}) end
+  -- Sorted before the waits are drawn: the table's own order changes from run to run, and a seeded
+  -- run must draw the same wait for the same power-up.
   table.sort(items, function(a, b) return a.name < b.name end)
+  for _, item in ipairs(items) do item.wait = 2 + math.random() * 4 end
 end
 
 -- Visible power-ups as {x, z} for the computer players.
