@@ -11,9 +11,7 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,6 +24,7 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "GoldenCompare.h"
+#include "TempWorkDir.h"
 
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 
@@ -91,11 +90,6 @@ inline void SetKey(SDL_Scancode key, bool down) {
   SDL_PushEvent(&event);
 }
 
-// A file of this process in the temporary folder: tests run side by side, in other checkouts too.
-inline std::string TempFile(const std::string& name) {
-  return ::testing::TempDir() + "grindle_game_" + std::to_string(getpid()) + "_" + name;
-}
-
 inline Step WaitForLevel(const std::string& level) {
   return [level](Database& root) { return CurrentLevel(root) == level; };
 }
@@ -128,7 +122,7 @@ inline Step Check(std::function<bool(Database&)> test) { return test; }
 // The frame as the player sees it, through the renderer's own screenshot: asked for in one frame,
 // written when the request is delivered at the start of the next, read back in that one.
 inline Step Capture(std::map<std::string, gfx::Image>& images, const std::string& name) {
-  const std::string file = TempFile(name + ".png");
+  const std::string file = ScratchPath("grindle_game_" + name, ".png").string();
   return [&images, name, file, frame = 0](Database& root) mutable {
     if (frame++ == 0) {
       msg::Post(Messages(root), msg::kScreenshot, file);
@@ -192,7 +186,7 @@ class StepPlayer final : public ISystem {
 // Standard output of the run, taken from file descriptor 1 while the engine runs in this process.
 class StdoutCapture {
  public:
-  StdoutCapture() : path_(TempFile("stdout.txt")) {
+  StdoutCapture() : path_(ScratchPath("grindle_game_stdout", ".txt").string()) {
     std::fflush(stdout);
     saved_ = dup(STDOUT_FILENO);
     const int file = open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -204,8 +198,7 @@ class StdoutCapture {
     std::fflush(stdout);
     dup2(saved_, STDOUT_FILENO);
     close(saved_);
-    std::ifstream in(path_);
-    std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string text = ReadFile(path_);
     std::remove(path_.c_str());
     if (::testing::Test::HasFailure()) std::fputs(text.c_str(), stdout);
     return text;
