@@ -95,8 +95,8 @@ void ExpectTheMatchFollowsTheRules(const std::string& output) {
 void ExpectScreensMatchTheirGoldenImages(std::map<std::string, gfx::Image>& images) {
   for (const char* name : {"menu", "lobby", "round", "results"}) {
     ASSERT_EQ(images.count(name), 1u) << name << " was not captured";
-    ASSERT_EQ(images[name].width, game::kWindowWidth) << name;
-    ASSERT_EQ(images[name].height, game::kWindowHeight) << name;
+    ASSERT_EQ(images[name].width, kSmallWindowWidth) << name;
+    ASSERT_EQ(images[name].height, kSmallWindowHeight) << name;
   }
   const auto yellow = [](const glm::vec4& c) { return c.r > 0.6f && c.g > 0.5f && c.b < 0.4f; };
   // The cursor starts on Play, the top line.

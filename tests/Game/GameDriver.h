@@ -24,6 +24,7 @@
 #include "Core/MessageHandler.h"
 #include "Core/Messages/Catalogue.h"
 #include "GoldenCompare.h"
+#include "SmallPicture.h"
 #include "TempWorkDir.h"
 
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
@@ -32,8 +33,6 @@ namespace grindle::game {
 
 constexpr double kFrameSeconds = 0.05;
 constexpr uint32_t kSeed = 20261124;
-constexpr int kWindowWidth = 320;
-constexpr int kWindowHeight = 180;
 
 // One step of the play: runs once a frame until it returns true.
 using Step = std::function<bool(Database& root)>;
@@ -134,16 +133,9 @@ inline Step Capture(std::map<std::string, gfx::Image>& images, const std::string
   };
 }
 
-// The small picture: out of full screen (the desktop size differs between machines) into a small
-// window, and the smallest render resolution, before the first level shows anything.
 inline Step SmallPicture() {
   return [](Database& root) {
-    MessageHandler& messages = Messages(root);
-    msg::Post(messages, msg::kFullScreen);
-    msg::Post(messages, msg::kChangeResolution, std::string("640x360"));
-    messages.Deliver(MessageHandler::kDeliverAll);
-    SDL_Window* window = *root.Find<SDL_Window*>("MainWindowHandle");
-    SDL_SetWindowSize(window, kWindowWidth, kWindowHeight);
+    UseSmallPicture(root);
     return true;
   };
 }

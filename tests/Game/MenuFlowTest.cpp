@@ -63,7 +63,7 @@ TEST(MenuFlow, SplashToARoundAndThroughThePauseMenuBackToTheMainMenu) {
   // renderer draws at half size over the middle and the bottom right.
   ASSERT_EQ(images.count("pause"), 1u);
   const gfx::Image& pause = images["pause"];
-  ASSERT_EQ(pause.width, kWindowWidth);
+  ASSERT_EQ(pause.width, kSmallWindowWidth);
   const glm::vec4 resume = pause.At(44, 99), floor = pause.At(200, 110);
   EXPECT_TRUE(resume.r > 0.6f && resume.g > 0.5f && resume.b < 0.3f);
   EXPECT_GT(floor.g, floor.r + 0.1f);

@@ -26,6 +26,7 @@
 #include "GoldenCompare.h"
 #include "Platform/LeakReports.h"
 #include "SystemRig.h"
+#include "TempWorkDir.h"
 
 namespace grindle::gfx {
 
@@ -150,11 +151,13 @@ class RendererFixture : public testing::Test {
   }
 
   Image Capture() {
-    const std::string path = testing::TempDir() + "grindle_capture.png";
+    // Every renderer test captures: a name of the process's own keeps parallel cases apart.
+    const std::string path = ScratchPath("grindle_capture", ".png").string();
     messages_.SendArgs("msgScreenshot", path);
     Deliver();
     Image image = LoadPng(path);
     std::remove(path.c_str());
+    EXPECT_GT(image.width, 0) << "no screenshot was written to " << path;
     return image;
   }
 

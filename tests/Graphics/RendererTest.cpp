@@ -266,7 +266,7 @@ TEST_F(RendererTest, SpriteColourMessagesWriteTheirComponents) {
 }
 
 TEST_F(RendererTest, AnEffectThatFailsToCompileNamesFileLineAndMessageAndStaysEmpty) {
-  const std::string path = testing::TempDir() + "broken.fx";
+  const std::string path = ScratchPath("broken", ".fx").string();
   std::ofstream(path) << "// a shader author's typo on line 5\n@common\nuniform mat4 gWVP;\n"
                          "@vertex VS\nvoid main() { gl_Position = gWVP * undeclaredThing; }\n"
                          "@fragment PS\nout vec4 c;\nvoid main() { c = vec4(1); }\n"

@@ -11,6 +11,7 @@
 #include "Input/DebugKeys.h"
 #include "InputHarness.h"
 #include "Platform/GamePads.h"
+#include "TempWorkDir.h"
 #include "TestOutput.h"
 
 namespace grindle::test {
@@ -256,7 +257,7 @@ TEST_F(InputFrames, MappingsFromAFileSeatAPadSdlDidNotKnow) {
   VirtualPad pad(false);
   pads.Refresh();
   EXPECT_FALSE(pads.IsConnected(0)) << "an unmapped joystick is no pad";
-  const std::string path = testing::TempDir() + "gamecontrollerdb.txt";
+  const std::string path = ScratchPath("gamecontrollerdb", ".txt").string();
   EXPECT_EQ(pads.LoadMappings(path.c_str()), 0) << "no file yet";
   std::FILE* file = std::fopen(path.c_str(), "w");
   ASSERT_NE(file, nullptr);
