@@ -40,9 +40,10 @@ void PushToBody(BodyRecord& record, PhysicsWorld& world) {
                             *bound.dhYaw_};
   btCollisionObject& body = *record.pObject_;
   const btTransform& now = body.getWorldTransform();
-  if (memo.hasIdlePush && SameBits(values, memo.pushedValues) && SameBits(now, memo.pushedFrom)) {
-    return;
-  }
+  const bool asPulled =
+      memo.hasPull && SameBits(values, memo.pulledValues) && SameBits(now, memo.pulledFrom);
+  memo.isUntouched = asPulled && memo.isPushIdle;
+  if (memo.isUntouched) return;
   const btVector3 position(static_cast<float>(values[0]), static_cast<float>(values[1]),
                            static_cast<float>(values[2]));
   const btQuaternion yaw(btVector3(0, 1, 0), static_cast<float>(values[3]));
@@ -53,13 +54,7 @@ void PushToBody(BodyRecord& record, PhysicsWorld& world) {
   const bool moved =
       (now.getOrigin() - placed.getOrigin()).length2() > kMoveTolerance * kMoveTolerance ||
       std::fabs(now.getRotation().dot(placed.getRotation())) < 1.0f - kTurnTolerance;
-  const bool idle = !moved && placed == now;
-  memo.hasIdlePush = idle;
-  if (idle) {
-    std::copy(values, values + 4, memo.pushedValues);
-    memo.pushedFrom = now;
-    return;
-  }
+  memo.isPushIdle = asPulled && !moved && placed == now;
   // A sleeping body that a script moves must wake, or it would hang where it was put.
   if (moved) body.activate();
   if (placed == now) return;
@@ -71,15 +66,23 @@ void PullFromBody(BodyRecord& record) {
   const TransformBinding& bound = record.binding_;
   SyncMemo& memo = record.memo_;
   const btTransform& placed = record.pObject_->getWorldTransform();
-  const btVector3 position = placed.getOrigin() - record.vOffset_;
-  for (int axis = 0; axis < 3; ++axis) *bound.dhPosition_[axis] = position[axis];
-  WriteRotation(*bound.dhRotation_, placed.getBasis());
-  if (!memo.hasPull || !SameBits(placed, memo.pulledFrom)) {
+  const bool moved = !memo.hasPull || !SameBits(placed, memo.pulledFrom);
+  // Only this system writes the rotation matrix in place (a script that sets "Rotation" replaces
+  // the entry, which rebinds the record), so an untouched body's entries already hold all of it.
+  if (memo.isUntouched && !moved) return;
+  if (moved) {
+    const btVector3 position = placed.getOrigin() - record.vOffset_;
     memo.pulledFrom = placed;
-    memo.pulledYaw = YawOf(placed.getRotation());
+    memo.pulledValues[0] = position.x();
+    memo.pulledValues[1] = position.y();
+    memo.pulledValues[2] = position.z();
+    memo.pulledValues[3] = YawOf(placed.getRotation());
     memo.hasPull = true;
+    memo.isPushIdle = false;
   }
-  *bound.dhYaw_ = memo.pulledYaw;
+  for (int axis = 0; axis < 3; ++axis) *bound.dhPosition_[axis] = memo.pulledValues[axis];
+  *bound.dhYaw_ = memo.pulledValues[3];
+  WriteRotation(*bound.dhRotation_, placed.getBasis());
 }
 
 double YawOf(const btQuaternion& q) {
