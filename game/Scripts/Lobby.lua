@@ -114,12 +114,13 @@ function OnCheat(cheat)
   elseif cheat == "PreviousLevel" or cheat == "MainMenu" then Send("ExitToMainMenuMSG") end
 end
 
+-- Two short lines, so that four slots side by side do not run into each other.
 local function SlotText(slot)
   local text = "P" .. (slot + 1) .. " " .. Match.Character(slot).name
   if Match.Teams() or setup == nil then text = text .. " T" .. (Match.Team(slot) + 1) end
   local device = Match.Device(slot)
-  if device == nil then return text .. " (computer)" end
-  return text .. " " .. device .. (ready[slot] and " ready" or "")
+  if device == nil then return text .. "\n(computer)" end
+  return text .. "\n" .. device .. (ready[slot] and " ready" or "")
 end
 
 local function Draw()
