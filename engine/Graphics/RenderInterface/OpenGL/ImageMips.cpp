@@ -64,4 +64,14 @@ int MipLevelCount(int width, int height) {
   return levels;
 }
 
+std::vector<ImageLevel> LevelsBelow(const uint8_t* rgba, int width, int height) {
+  std::vector<ImageLevel> levels;
+  for (int index = 1; index < MipLevelCount(width, height); ++index) {
+    const ImageLevel* above = levels.empty() ? nullptr : &levels.back();
+    levels.push_back(above ? HalveImage(above->rgba.data(), above->width, above->height)
+                           : HalveImage(rgba, width, height));
+  }
+  return levels;
+}
+
 }  // namespace grindle::gfx

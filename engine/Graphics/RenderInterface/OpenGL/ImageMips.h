@@ -22,4 +22,7 @@ ImageLevel HalveImage(const uint8_t* rgba, int width, int height);
 // 1 + floor(log2(max(width, height))): levels down to 1 x 1.
 int MipLevelCount(int width, int height);
 
+// Every level below the image, largest first, down to 1 x 1.
+std::vector<ImageLevel> LevelsBelow(const uint8_t* rgba, int width, int height);
+
 }  // namespace grindle::gfx

@@ -37,11 +37,10 @@ GLuint CreateTextureRGBA8(int width, int height, const unsigned char* pixels) {
   glTextureStorage2D(texture, levels, GL_RGBA8, width, height);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glTextureSubImage2D(texture, 0, 0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-  ImageLevel level{width, height, {}};
-  for (int index = 1; index < levels; ++index) {
-    level = HalveImage(index == 1 ? pixels : level.rgba.data(), level.width, level.height);
-    glTextureSubImage2D(texture, index, 0, 0, level.width, level.height, GL_RGBA, GL_UNSIGNED_BYTE,
-                        level.rgba.data());
+  int index = 0;
+  for (const ImageLevel& level : LevelsBelow(pixels, width, height)) {
+    glTextureSubImage2D(texture, ++index, 0, 0, level.width, level.height, GL_RGBA,
+                        GL_UNSIGNED_BYTE, level.rgba.data());
   }
   glTextureParameteri(texture, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
   glTextureParameteri(texture, GL_TEXTURE_MAG_FILTER, GL_LINEAR);

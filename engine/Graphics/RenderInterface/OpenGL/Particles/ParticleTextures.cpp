@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Core/FixedRandom.h"
+#include "Graphics/RenderInterface/OpenGL/ImageMips.h"
 
 namespace grindle::gfx {
 
@@ -68,15 +69,19 @@ std::vector<uint8_t> ParticleLayerPixels(ParticleLayer layer) {
 ParticleTextures::ParticleTextures() {
   constexpr int size = kParticleTextureSize;
   constexpr auto layers = static_cast<int>(ParticleLayer::kCount);
-  const int levels = 1 + static_cast<int>(std::log2(size));
   glCreateTextures(GL_TEXTURE_2D_ARRAY, 1, &textureArray_);
-  glTextureStorage3D(textureArray_, levels, GL_RGBA8, size, size, layers);
+  glTextureStorage3D(textureArray_, MipLevelCount(size, size), GL_RGBA8, size, size, layers);
+  // Levels made on the CPU: the driver's mipmap generation compiles shaders on first use.
   for (int layer = 0; layer < layers; ++layer) {
     const std::vector<uint8_t> pixels = ParticleLayerPixels(static_cast<ParticleLayer>(layer));
     glTextureSubImage3D(textureArray_, 0, 0, 0, layer, size, size, 1, GL_RGBA, GL_UNSIGNED_BYTE,
                         pixels.data());
+    int index = 0;
+    for (const ImageLevel& level : LevelsBelow(pixels.data(), size, size)) {
+      glTextureSubImage3D(textureArray_, ++index, 0, 0, layer, level.width, level.height, 1,
+                          GL_RGBA, GL_UNSIGNED_BYTE, level.rgba.data());
+    }
   }
-  glGenerateTextureMipmap(textureArray_);
   glTextureParameteri(textureArray_, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
   glTextureParameteri(textureArray_, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
   glTextureParameteri(textureArray_, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
